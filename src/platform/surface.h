@@ -1,0 +1,88 @@
+#pragma once
+
+#include "platform/canvas.h"
+
+#include <QImage>
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+class QPainter;
+
+namespace platform {
+
+// A picture box. It always keeps the image it shows, so what was drawn survives being covered
+// and can be read back (tests, clipboard, printing). Drawing happens either in the Paint
+// handler (run by refresh() and on resize) or at any time through canvas().
+//
+// Cls clears to BackColor and then to the frozen picture, if one was frozen: the old
+// AutoRedraw + "Picture = Image" idiom that keeps a background under changing gauges.
+class Surface : public QWidget {
+    Q_OBJECT
+public:
+    explicit Surface(QWidget* parent = nullptr, const QString& name = {});
+    ~Surface() override;
+
+    DrawState& state() { return state_; }
+
+    void setBackColor(const QColor& c);
+    QColor backColor() const { return state_.backColor; }
+    void setScale(double left, double top, double width, double height);
+    void setPixelScale();
+    double scaleWidth() const;
+    double scaleHeight() const;
+
+    // The Paint event of the box. Runs on refresh() and whenever the box is resized.
+    using PaintHandler = std::function<void(Canvas&)>;
+    void setPaintHandler(PaintHandler handler);
+    // Refresh: clears to the background and runs the Paint handler now (if any), then repaints.
+    void refresh();
+
+    // Canvas for drawing outside Paint; valid until the next call that ends drawing
+    // (image(), refresh(), resize, paint). Each use schedules a repaint.
+    Canvas& canvas();
+    void cls();
+
+    // Picture = Image: the current image becomes the persistent background for later Cls.
+    void freezePicture();
+    // Picture = nothing.
+    void clearPicture();
+    void setPicture(const QImage& picture);
+    bool hasPicture() const { return !picture_.isNull(); }
+
+    // What the box shows now, in surface pixels.
+    QImage image();
+
+    // Draws the box's Paint handler onto another painter (printer page, export) at the
+    // painter's current transform, in this box's pixel size.
+    void paintTo(QPainter& painter);
+
+    // Mouse positions converted to the box's scale.
+    QPointF toUser(const QPointF& pixel) const;
+
+signals:
+    void mousePressed(Qt::MouseButton button, Qt::KeyboardModifiers mods, double x, double y);
+    void mouseReleased(Qt::MouseButton button, Qt::KeyboardModifiers mods, double x, double y);
+    void mouseMoved(Qt::MouseButtons buttons, Qt::KeyboardModifiers mods, double x, double y);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+
+private:
+    void endDrawing();
+    void ensureImage();
+    void clearImage();
+
+    DrawState state_;
+    QImage image_;
+    QImage picture_;
+    PaintHandler paint_;
+    std::unique_ptr<QPainter> painter_;
+    std::unique_ptr<Canvas> canvas_;
+};
+
+} // namespace platform
