@@ -6,6 +6,7 @@
 #include <QString>
 #include <optional>
 
+class QImage;
 class QPainter;
 
 namespace platform {
@@ -53,8 +54,10 @@ public:
     double scaleWidth() const;
     double scaleHeight() const;
 
-    // Fills with BackColor and puts CurrentX/CurrentY back to the origin.
+    // Fills with BackColor, then lays the frozen picture (if any) over it, and puts
+    // CurrentX/CurrentY back to the origin.
     void cls();
+    void setBackgroundPicture(const QImage* picture);
     // Line (x1, y1)-(x2, y2) [, color] [, B | BF]. A plain line leaves out its last point, as
     // the old runtime did. A box covers both corners; with FillStyle solid its inside takes
     // FillColor. BF fills the whole box with the line colour. Sets CurrentX/Y to (x2, y2).
@@ -86,6 +89,7 @@ private:
     QPainter& p_;
     DrawState& st_;
     QSize size_;
+    const QImage* picture_ = nullptr;
 };
 
 // Maps text written for the old "Symbol" font to Unicode (Δ, π, →, ←, √, ÷, and the arrow

@@ -1,0 +1,325 @@
+#include "platform/canvas.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QVector>
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace platform {
+
+QColor qbColor(int n) {
+    static const QColor palette[16] = {
+        {0, 0, 0},       {0, 0, 128},   {0, 128, 0},   {0, 128, 128},
+        {128, 0, 0},     {128, 0, 128}, {128, 128, 0}, {192, 192, 192},
+        {128, 128, 128}, {0, 0, 255},   {0, 255, 0},   {0, 255, 255},
+        {255, 0, 0},     {255, 0, 255}, {255, 255, 0}, {255, 255, 255},
+    };
+    return palette[std::clamp(n, 0, 15)];
+}
+
+int pointsToPixels(double points) {
+    return static_cast<int>(std::floor(points * 96.0 / 72.0 + 0.5));
+}
+
+QString symbolToUnicode(const QString& text) {
+    QString out;
+    out.reserve(text.size());
+    for (QChar c : text) {
+        switch (c.unicode()) {
+        case 'D':
+            out += QChar(0x0394);
+            break; // Δ
+        case 'p':
+            out += QChar(0x03C0);
+            break; // π
+        case 0xAE:
+            out += QChar(0x2192);
+            break; // →
+        case 0xAC:
+            out += QChar(0x2190);
+            break; // ←
+        case 0xD6:
+            out += QChar(0x221A);
+            break; // √
+        case 0xB8:
+            out += QChar(0x00F7);
+            break; // ÷
+        // The arrow extender has no glyph in the fonts we ship with; a box-drawing line
+        // joins the arrow head so that " ¾®" still reads as one long arrow.
+        case 0xBE:
+            out += QChar(0x2500);
+            break;
+        default:
+            out += c;
+            break;
+        }
+    }
+    return out;
+}
+
+namespace {
+
+bool isSymbolFont(const QString& name) {
+    return name.compare(QLatin1String("Symbol"), Qt::CaseInsensitive) == 0;
+}
+
+int roundPixel(double v) {
+    return static_cast<int>(std::floor(v + 0.5));
+}
+
+Qt::PenStyle penStyleFor(int drawStyle) {
+    switch (drawStyle) {
+    case 1:
+        return Qt::DashLine;
+    case 2:
+        return Qt::DotLine;
+    case 3:
+        return Qt::DashDotLine;
+    case 4:
+        return Qt::DashDotDotLine;
+    case 5:
+        return Qt::NoPen;
+    default:
+        return Qt::SolidLine;
+    }
+}
+
+// Bresenham from a to b, leaving out b, as the old line drawing did.
+void plotLine(QPainter& p, QPoint a, QPoint b, const QColor& color) {
+    int dx = std::abs(b.x() - a.x()), sx = a.x() < b.x() ? 1 : -1;
+    int dy = -std::abs(b.y() - a.y()), sy = a.y() < b.y() ? 1 : -1;
+    int err = dx + dy;
+    int x = a.x(), y = a.y();
+    QVector<QPoint> pts;
+    pts.reserve(std::max(dx, -dy) + 1);
+    while (!(x == b.x() && y == b.y())) {
+        pts.append(QPoint(x, y));
+        const int e2 = 2 * err;
+        if (e2 >= dy) {
+            err += dy;
+            x += sx;
+        }
+        if (e2 <= dx) {
+            err += dx;
+            y += sy;
+        }
+    }
+    if (pts.isEmpty())
+        return;
+    p.save();
+    p.setPen(QPen(color, 0));
+    p.drawPoints(pts.constData(), static_cast<int>(pts.size()));
+    p.restore();
+}
+
+} // namespace
+
+Canvas::Canvas(QPainter& painter, DrawState& state, QSize pixelSize)
+    : p_(painter), st_(state), size_(pixelSize) {
+    p_.setRenderHint(QPainter::Antialiasing, false);
+    p_.setRenderHint(QPainter::TextAntialiasing, true);
+}
+
+void Canvas::setScale(double left, double top, double width, double height) {
+    st_.scaleLeft = left;
+    st_.scaleTop = top;
+    st_.scaleWidth = width;
+    st_.scaleHeight = height;
+}
+
+void Canvas::setPixelScale() {
+    setScale(0, 0, 0, 0);
+}
+
+double Canvas::scaleWidth() const {
+    return st_.scaleWidth != 0 ? st_.scaleWidth : size_.width();
+}
+double Canvas::scaleHeight() const {
+    return st_.scaleHeight != 0 ? st_.scaleHeight : size_.height();
+}
+
+double Canvas::toPixelX(double x) const {
+    if (st_.scaleWidth == 0)
+        return x;
+    return (x - st_.scaleLeft) * size_.width() / st_.scaleWidth;
+}
+
+double Canvas::toPixelY(double y) const {
+    if (st_.scaleHeight == 0)
+        return y;
+    return (y - st_.scaleTop) * size_.height() / st_.scaleHeight;
+}
+
+double Canvas::toUserWidth(double pixels) const {
+    return st_.scaleWidth == 0 ? pixels : pixels * st_.scaleWidth / size_.width();
+}
+
+double Canvas::toUserHeight(double pixels) const {
+    return st_.scaleHeight == 0 ? pixels : pixels * st_.scaleHeight / size_.height();
+}
+
+void Canvas::setBackgroundPicture(const QImage* picture) {
+    picture_ = picture;
+}
+
+void Canvas::cls() {
+    p_.fillRect(QRect(QPoint(0, 0), size_), st_.backColor);
+    if (picture_ && !picture_->isNull())
+        p_.drawImage(0, 0, *picture_);
+    st_.currentX = st_.scaleWidth == 0 ? 0 : st_.scaleLeft;
+    st_.currentY = st_.scaleHeight == 0 ? 0 : st_.scaleTop;
+}
+
+void Canvas::line(double x1, double y1, double x2, double y2, std::optional<QColor> color,
+                  LineKind kind) {
+    const QColor c = color.value_or(st_.foreColor);
+    const QPoint a(roundPixel(toPixelX(x1)), roundPixel(toPixelY(y1)));
+    const QPoint b(roundPixel(toPixelX(x2)), roundPixel(toPixelY(y2)));
+    st_.currentX = x2;
+    st_.currentY = y2;
+
+    if (kind == LineKind::Plain) {
+        if (st_.drawWidth <= 1 && st_.drawStyle == 0) {
+            plotLine(p_, a, b, c);
+            return;
+        }
+        p_.save();
+        QPen pen(c, std::max(1, st_.drawWidth), penStyleFor(st_.drawStyle), Qt::RoundCap);
+        p_.setPen(pen);
+        p_.drawLine(a, b);
+        p_.restore();
+        return;
+    }
+
+    const QRect r = QRect(a, b).normalized(); // inclusive of both corners
+    if (kind == LineKind::FilledBox) {
+        p_.fillRect(r, c);
+        return;
+    }
+    if (st_.fillStyle == FillStyle::Solid)
+        p_.fillRect(r, st_.fillColor);
+    const int w = std::max(1, st_.drawWidth);
+    if (w == 1 && st_.drawStyle == 0) {
+        p_.fillRect(QRect(r.left(), r.top(), r.width(), 1), c);
+        p_.fillRect(QRect(r.left(), r.bottom(), r.width(), 1), c);
+        p_.fillRect(QRect(r.left(), r.top(), 1, r.height()), c);
+        p_.fillRect(QRect(r.right(), r.top(), 1, r.height()), c);
+        return;
+    }
+    p_.save();
+    p_.setPen(QPen(c, w, penStyleFor(st_.drawStyle), Qt::SquareCap, Qt::MiterJoin));
+    p_.setBrush(Qt::NoBrush);
+    p_.drawRect(QRectF(r.left(), r.top(), r.width() - 1, r.height() - 1));
+    p_.restore();
+}
+
+void Canvas::circle(double x, double y, double r, std::optional<QColor> color,
+                    std::optional<double> start, std::optional<double> end, double aspect) {
+    const QColor c = color.value_or(st_.foreColor);
+    const double cx = toPixelX(x);
+    const double cy = toPixelY(y);
+    // The radius is measured along x unless the ellipse is taller than wide.
+    double rx = std::abs(r * (st_.scaleWidth == 0 ? 1.0 : size_.width() / st_.scaleWidth));
+    double ry = rx * aspect;
+    if (aspect > 1.0) {
+        ry =
+            std::abs(r * (st_.scaleHeight == 0 ? 1.0 : size_.height() / std::abs(st_.scaleHeight)));
+        rx = ry / aspect;
+    }
+    st_.currentX = x;
+    st_.currentY = y;
+    const QRectF box(cx - rx, cy - ry, 2 * rx, 2 * ry);
+
+    p_.save();
+    QPen pen(c, std::max(1, st_.drawWidth), penStyleFor(st_.drawStyle));
+    if (st_.drawWidth <= 1)
+        pen.setWidth(0);
+    p_.setPen(pen);
+    p_.setBrush(st_.fillStyle == FillStyle::Solid ? QBrush(st_.fillColor) : QBrush(Qt::NoBrush));
+
+    if (!start && !end) {
+        p_.drawEllipse(box);
+        p_.restore();
+        return;
+    }
+    const double s = std::abs(start.value_or(0.0));
+    double e = std::abs(end.value_or(2 * std::numbers::pi));
+    double span = e - s;
+    if (span <= 0)
+        span += 2 * std::numbers::pi;
+    const int a16 = roundPixel(s * 180.0 / std::numbers::pi * 16);
+    const int span16 = roundPixel(span * 180.0 / std::numbers::pi * 16);
+    const bool radiusStart = start && *start < 0;
+    const bool radiusEnd = end && *end < 0;
+    if (radiusStart && radiusEnd) {
+        p_.drawPie(box, a16, span16);
+    } else {
+        p_.drawArc(box, a16, span16);
+        const auto edge = [&](double angle) {
+            return QPointF(cx + rx * std::cos(angle), cy - ry * std::sin(angle));
+        };
+        if (radiusStart)
+            p_.drawLine(QPointF(cx, cy), edge(s));
+        if (radiusEnd)
+            p_.drawLine(QPointF(cx, cy), edge(e));
+    }
+    p_.restore();
+}
+
+void Canvas::pset(double x, double y, std::optional<QColor> color) {
+    const int w = std::max(1, st_.drawWidth);
+    const int px = roundPixel(toPixelX(x)) - (w - 1) / 2;
+    const int py = roundPixel(toPixelY(y)) - (w - 1) / 2;
+    p_.fillRect(QRect(px, py, w, w), color.value_or(st_.foreColor));
+    st_.currentX = x;
+    st_.currentY = y;
+}
+
+QFont Canvas::font() const {
+    const QString family = isSymbolFont(st_.fontName) ? QStringLiteral("Arial") : st_.fontName;
+    QFont f;
+    f.setFamilies({family, QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
+    f.setPixelSize(std::max(1, pointsToPixels(st_.fontSize)));
+    f.setBold(st_.fontBold);
+    f.setItalic(st_.fontItalic);
+    f.setUnderline(st_.fontUnderline);
+    return f;
+}
+
+double Canvas::textWidth(const QString& text) const {
+    const QString shown = isSymbolFont(st_.fontName) ? symbolToUnicode(text) : text;
+    return toUserWidth(QFontMetricsF(font()).horizontalAdvance(shown));
+}
+
+double Canvas::textHeight(const QString& text) const {
+    const QFontMetricsF fm(font());
+    const auto lines = std::max<qsizetype>(1, text.count(QLatin1Char('\n')) + 1);
+    return toUserHeight(fm.height() * static_cast<double>(lines));
+}
+
+void Canvas::print(const QString& text) {
+    const QString shown = isSymbolFont(st_.fontName) ? symbolToUnicode(text) : text;
+    const QFont f = font();
+    const QFontMetricsF fm(f);
+    p_.save();
+    p_.setFont(f);
+    p_.setPen(st_.foreColor);
+    const QStringList lines = shown.split(QLatin1Char('\n'));
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        QString piece = lines[i];
+        piece.remove(QLatin1Char('\r'));
+        const double px = toPixelX(st_.currentX);
+        const double py = toPixelY(st_.currentY);
+        p_.drawText(QPointF(px, py + fm.ascent()), piece);
+        st_.currentX += toUserWidth(fm.horizontalAdvance(piece));
+        if (i + 1 < lines.size()) {
+            st_.currentX = st_.scaleWidth == 0 ? 0 : st_.scaleLeft;
+            st_.currentY += toUserHeight(fm.height());
+        }
+    }
+    p_.restore();
+}
+
+} // namespace platform

@@ -1,0 +1,186 @@
+#include "platform/surface.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace platform {
+
+Surface::Surface(QWidget* parent, const QString& name) : QWidget(parent) {
+    if (!name.isEmpty())
+        setObjectName(name);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+Surface::~Surface() {
+    endDrawing();
+}
+
+void Surface::setBackColor(const QColor& c) {
+    state_.backColor = c;
+    endDrawing();
+    clearImage();
+    update();
+}
+
+void Surface::setScale(double left, double top, double width, double height) {
+    state_.scaleLeft = left;
+    state_.scaleTop = top;
+    state_.scaleWidth = width;
+    state_.scaleHeight = height;
+}
+
+void Surface::setPixelScale() {
+    setScale(0, 0, 0, 0);
+}
+
+double Surface::scaleWidth() const {
+    return state_.scaleWidth != 0 ? state_.scaleWidth : width();
+}
+double Surface::scaleHeight() const {
+    return state_.scaleHeight != 0 ? state_.scaleHeight : height();
+}
+
+void Surface::setPaintHandler(PaintHandler handler) {
+    paint_ = std::move(handler);
+}
+
+void Surface::endDrawing() {
+    canvas_.reset();
+    if (painter_) {
+        painter_->end();
+        painter_.reset();
+    }
+}
+
+void Surface::ensureImage() {
+    const QSize want = size().expandedTo(QSize(1, 1));
+    if (image_.size() == want)
+        return;
+    QImage old = image_;
+    image_ = QImage(want, QImage::Format_RGB32);
+    image_.fill(state_.backColor);
+    QPainter p(&image_);
+    if (!picture_.isNull())
+        p.drawImage(0, 0, picture_);
+    else if (!old.isNull() && !paint_)
+        p.drawImage(0, 0, old); // boxes drawn from outside keep what they had
+}
+
+void Surface::clearImage() {
+    ensureImage();
+    image_.fill(state_.backColor);
+    if (!picture_.isNull()) {
+        QPainter p(&image_);
+        p.drawImage(0, 0, picture_);
+    }
+}
+
+Canvas& Surface::canvas() {
+    if (!painter_) {
+        ensureImage();
+        painter_ = std::make_unique<QPainter>(&image_);
+        canvas_ = std::make_unique<Canvas>(*painter_, state_, image_.size());
+        canvas_->setBackgroundPicture(&picture_);
+    }
+    update();
+    return *canvas_;
+}
+
+void Surface::cls() {
+    canvas().cls();
+}
+
+void Surface::refresh() {
+    if (paint_) {
+        endDrawing();
+        clearImage();
+        state_.currentX = state_.scaleWidth == 0 ? 0 : state_.scaleLeft;
+        state_.currentY = state_.scaleHeight == 0 ? 0 : state_.scaleTop;
+        QPainter p(&image_);
+        Canvas c(p, state_, image_.size());
+        c.setBackgroundPicture(&picture_);
+        paint_(c);
+    }
+    update();
+}
+
+void Surface::freezePicture() {
+    endDrawing();
+    ensureImage();
+    picture_ = image_.copy();
+}
+
+void Surface::clearPicture() {
+    endDrawing();
+    picture_ = QImage();
+}
+
+void Surface::setPicture(const QImage& picture) {
+    endDrawing();
+    picture_ = picture;
+    clearImage();
+    update();
+}
+
+QImage Surface::image() {
+    endDrawing();
+    ensureImage();
+    return image_;
+}
+
+void Surface::paintTo(QPainter& painter) {
+    if (!paint_) {
+        painter.drawImage(0, 0, image());
+        return;
+    }
+    const QSize sz = size().expandedTo(QSize(1, 1));
+    painter.fillRect(QRect(QPoint(0, 0), sz), state_.backColor);
+    if (!picture_.isNull())
+        painter.drawImage(0, 0, picture_);
+    DrawState copy = state_; // the screen keeps its own CurrentX/CurrentY and colours
+    Canvas c(painter, copy, sz);
+    c.setBackgroundPicture(&picture_);
+    paint_(c);
+}
+
+QPointF Surface::toUser(const QPointF& pixel) const {
+    const double x = state_.scaleWidth == 0
+                         ? pixel.x()
+                         : state_.scaleLeft + pixel.x() * state_.scaleWidth / width();
+    const double y = state_.scaleHeight == 0
+                         ? pixel.y()
+                         : state_.scaleTop + pixel.y() * state_.scaleHeight / height();
+    return {x, y};
+}
+
+void Surface::paintEvent(QPaintEvent*) {
+    endDrawing();
+    ensureImage();
+    QPainter p(this);
+    p.drawImage(0, 0, image_);
+}
+
+void Surface::resizeEvent(QResizeEvent* event) {
+    endDrawing();
+    ensureImage();
+    if (paint_)
+        refresh();
+    QWidget::resizeEvent(event);
+}
+
+void Surface::mousePressEvent(QMouseEvent* event) {
+    const QPointF u = toUser(event->position());
+    emit mousePressed(event->button(), event->modifiers(), u.x(), u.y());
+}
+
+void Surface::mouseReleaseEvent(QMouseEvent* event) {
+    const QPointF u = toUser(event->position());
+    emit mouseReleased(event->button(), event->modifiers(), u.x(), u.y());
+}
+
+void Surface::mouseMoveEvent(QMouseEvent* event) {
+    const QPointF u = toUser(event->position());
+    emit mouseMoved(event->buttons(), event->modifiers(), u.x(), u.y());
+}
+
+} // namespace platform
