@@ -134,12 +134,13 @@ void TestSurface::printAdvancesCurrentX() {
     QCOMPARE(c.state().currentX, 5 + w);
     QCOMPARE(c.state().currentY, 10.0);
     // The text hangs from CurrentY: no ink above it, ink within one line below.
+    const int lineHeight = int(c.textHeight());
     const QImage img = s.image();
     int above = 0, within = 0;
     for (int x = 0; x < 60; ++x) {
         for (int y = 0; y < 10; ++y)
             above += qGray(img.pixel(x, y)) < 128;
-        for (int y = 10; y < 10 + int(c.textHeight()); ++y)
+        for (int y = 10; y < 10 + lineHeight; ++y)
             within += qGray(img.pixel(x, y)) < 128;
     }
     QCOMPARE(above, 0);
