@@ -12,7 +12,9 @@ using platform::Surface;
 namespace {
 const QColor Red(255, 0, 0), Blue(0, 0, 255), White(255, 255, 255), Green(0, 160, 0);
 
-QColor at(const QImage& img, int x, int y) { return QColor(img.pixel(x, y)); }
+QColor at(const QImage& img, int x, int y) {
+    return QColor(img.pixel(x, y));
+}
 } // namespace
 
 class TestSurface : public QObject {
