@@ -89,7 +89,7 @@ void feuilleP::buildControls() {
     ctx_.Combo1 = combo1_;
 
     onglets_ = new platform::Surface(this, QStringLiteral("Onglets"));
-    onglets_->setBackColor(QColor(228, 224, 218));
+    onglets_->setBackColor(QColor(212, 208, 200)); // the classic button face
     onglets_->setGeometry(OngletsRect);
     ctx_.Onglets = onglets_;
 
