@@ -42,8 +42,8 @@ constexpr int AmountRowTop = 90;
 constexpr int AdvancementRowTop = 108;
 constexpr int EnergyRowTop = 126;
 constexpr int ResultLeft = FieldLeft[1]; // Label5 and Label6 start under the second column
-constexpr int ResultWidth = 80;
-constexpr int SliderLeft = FieldLeft[2];
+constexpr int ResultWidth = 92;
+constexpr int SliderLeft = ResultLeft + ResultWidth + 4;
 constexpr int SliderRight = FrameWidth - 6;
 
 constexpr int PictureLeft = 4;
@@ -117,7 +117,8 @@ void MacroPanel::buildControls() {
     });
     frame2_->installEventFilter(this);
 
-    const QFont valueFont = controlFont(9, false);
+    // Small enough for "66 666,664" to show whole in a 65-pixel field.
+    const QFont valueFont = controlFont(8, false);
     for (int i = 0; i < 4; ++i) {
         auto* field = new QLineEdit(frame2_);
         field->setObjectName(QStringLiteral("Text1_%1").arg(i));
