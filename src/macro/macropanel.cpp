@@ -26,8 +26,8 @@ using platform::LineKind;
 
 namespace {
 
-// Frame2 layout in pixels. The amount fields stand where the original form put them
-// (1560, 2640, 3840 and 4920 twips from the left, 660 from the top, 975 × 315).
+// Frame2 layout in pixels. The amount fields keep their design positions, given in twips
+// (1560, 2640, 3840 and 4920 from the left, 660 from the top, 975 × 315).
 constexpr int TwipsPerPixel = 15;
 constexpr std::array<int, 4> FieldLeft = {1560 / TwipsPerPixel, 2640 / TwipsPerPixel,
                                           3840 / TwipsPerPixel, 4920 / TwipsPerPixel};
@@ -86,6 +86,7 @@ int keyAsciiOf(const QKeyEvent* ke) {
         return 27;
     case Qt::Key_Tab:
     case Qt::Key_Backtab:
+    case Qt::Key_Delete: // some platforms give it the text "\x7f"; it edits, it does not type
         return -1;
     default:
         break;
