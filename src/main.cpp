@@ -18,9 +18,15 @@ int main(int argc, char* argv[]) {
         QStringLiteral("Folder holding the program's data files."), QStringLiteral("DIR"));
     const QCommandLineOption screenshotOption(
         QStringLiteral("screenshot"),
-        QStringLiteral("Render the main window into FILE.png, then quit."), QStringLiteral("FILE"));
-    parser.addOption(folderOption);
-    parser.addOption(screenshotOption);
+        QStringLiteral("Render the main window into FILE.png once painted, then quit."),
+        QStringLiteral("FILE"));
+    const QCommandLineOption reactionOption(
+        QStringLiteral("reaction"), QStringLiteral("With --screenshot: reaction 1 to 8."),
+        QStringLiteral("N"));
+    const QCommandLineOption tabOption(
+        QStringLiteral("tab"), QStringLiteral("With --screenshot: tab 1 Micro, 2 Macro, 3 Options."),
+        QStringLiteral("N"));
+    parser.addOptions({folderOption, screenshotOption, reactionOption, tabOption});
     parser.process(app);
 
     if (parser.isSet(folderOption))
@@ -30,8 +36,13 @@ int main(int argc, char* argv[]) {
     const QString shot = parser.value(screenshotOption);
     if (!shot.isEmpty()) {
         window.setQuietShutdown(true);
-        // Grab once the first paint has gone through, then leave by the ordinary way out.
-        QTimer::singleShot(200, &window, [&window, shot] {
+        const int reaction = parser.value(reactionOption).toInt();
+        const int tab = parser.value(tabOption).toInt();
+        QObject::connect(&window, &feuilleP::firstPainted, &window, [&window, shot, reaction, tab] {
+            if (reaction > 0)
+                window.selectReaction(reaction);
+            if (tab > 0)
+                window.selectTab(tab);
             window.grab().save(shot);
             window.close();
         });

@@ -89,7 +89,7 @@ void feuilleP::buildControls() {
     ctx_.Combo1 = combo1_;
 
     onglets_ = new platform::Surface(this, QStringLiteral("Onglets"));
-    onglets_->setBackColor(QColor(228, 224, 218));
+    onglets_->setBackColor(QColor(212, 208, 200)); // the classic button face
     onglets_->setGeometry(OngletsRect);
     ctx_.Onglets = onglets_;
 
@@ -315,6 +315,24 @@ void feuilleP::paintEvent(QPaintEvent*) {
     }
     QPainter p(this);
     p.drawImage(0, 0, background_);
+    if (!painted_) {
+        painted_ = true;
+        QMetaObject::invokeMethod(this, &feuilleP::firstPainted, Qt::QueuedConnection);
+    }
+}
+
+void feuilleP::selectReaction(int index) {
+    if (index < 1 || index > combo1_->count())
+        return;
+    combo1_->setCurrentIndex(index - 1);
+    Combo1_Click();
+}
+
+void feuilleP::selectTab(int tab) {
+    onglets_->refresh();
+    const auto& e = tabs_->tabEdges();
+    if (tab >= 1 && tab <= 3)
+        tabs_->Onglets_MouseUp(Qt::LeftButton, Qt::NoModifier, (e[tab - 1] + e[tab]) / 2.0, 5);
 }
 
 void feuilleP::ShowWelcomeText() {

@@ -52,6 +52,15 @@ public:
 
     bool loaded() const { return loaded_; }
 
+    // Picks a reaction (1..8) as the user would in the list, and a tab (1..3) as a click on it.
+    void selectReaction(int index);
+    void selectTab(int tab);
+
+signals:
+    // The first time the window has been painted (start-up measurements, --screenshot).
+    void firstPainted();
+
+public:
     // Handlers, named as the rest of the program knows them.
     void Form_Load();
     void Form_Activate();
@@ -102,4 +111,5 @@ private:
     bool unloaded_ = false;
     bool writingStatement_ = false;
     bool resizing_ = false;
+    bool painted_ = false;
 };

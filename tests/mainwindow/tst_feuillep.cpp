@@ -66,6 +66,7 @@ private slots:
     void optionsHeadings();
     void unknownLabelKeepsIndex();
     void comboFocusHint();
+    void exerciseHandOverOnce();
 
 private:
     QByteArray record18() const;
@@ -328,6 +329,28 @@ void TestFeuilleP::comboFocusHint() {
     auto* info = w_->findChild<QLabel*>(QStringLiteral("info"));
     QCOMPARE(info->property("Caption").toString(),
              QStringLiteral("Choisir la réaction dans le liste"));
+}
+
+void TestFeuilleP::exerciseHandOverOnce() {
+    // The suite's main module writes an exercise name into record 31.
+    {
+        QFile f(dir_->path() + QStringLiteral("/TEMPKN.TMP"));
+        QVERIFY(f.open(QIODevice::ReadWrite));
+        f.seek(30 * 128);
+        f.write(QByteArray("\x0c\x00 exos\\e1.E31", 14));
+    }
+    QStringList opened;
+    bool enabledDuring = true;
+    w_->setExerciseOpener([&](const QString& path) {
+        opened << path;
+        enabledDuring = w_->isEnabled();
+    });
+    w_->Form_Activate();
+    w_->Form_Activate();
+    QCOMPARE(opened, QStringList{dir_->path() + QStringLiteral("/exos/e1.E31")});
+    QVERIFY(!enabledDuring);
+    QVERIFY(w_->isEnabled());
+    QCOMPARE(w_->state().ExerciseOpened, 1);
 }
 
 int main(int argc, char* argv[]) {

@@ -104,7 +104,7 @@ void TestStartup::runningRecord() {
 void TestStartup::exerciseRequest_data() {
     QTest::addColumn<QByteArray>("stored");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("a name") << QByteArray("\x0c\x00"
+    QTest::newRow("a name") << QByteArray("\x0b\x00"
                                           "exos\\e1.E31",
                                           14)
                             << QStringLiteral("exos\\e1.E31");
