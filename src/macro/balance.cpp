@@ -16,12 +16,6 @@ const QString& pattern() {
     return p;
 }
 
-// Below half a thousandth the pattern shows zero; a residue of rounding (or x × a negative
-// energy at x = 0) must not come out as "-0,0".
-double shownValue(double value) {
-    return std::fabs(value) < 0.0005 ? 0.0 : value;
-}
-
 } // namespace
 
 std::optional<Stoichiometry> stoichiometry(int reactionIndex) {
@@ -57,11 +51,11 @@ QString validatedAmountText(const QString& text) {
 }
 
 QString formatAmount(double value) {
-    return platform::formatNumber(shownValue(value), pattern());
+    return platform::formatNumber(value, pattern());
 }
 
 QString formatWithUnit(double value, const QString& unit) {
-    return platform::formatTrimmed(shownValue(value), pattern()) + QLatin1Char(' ') + unit;
+    return platform::formatTrimmed(value, pattern()) + QLatin1Char(' ') + unit;
 }
 
 double maxAdvancement(float a, float b, const Stoichiometry& nu) {
