@@ -112,7 +112,7 @@ private slots:
 
 void TestMacroPanel::layoutFitsTheTab() {
     Harness h;
-    for (int i = 0; i < 4; ++i) // the fields where the original form had them, in twips / 15
+    for (int i = 0; i < 4; ++i) // the design positions, in twips / 15
         QCOMPARE(h.panel->text1(i)->geometry(), QRect(QList{104, 176, 256, 328}[i], 44, 65, 21));
     for (QWidget* w : h.panel->frame2()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
         QVERIFY2(QRect(0, 0, 452, 386).contains(w->geometry()), qPrintable(w->objectName()));
