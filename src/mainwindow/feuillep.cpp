@@ -1,5 +1,6 @@
 #include "mainwindow/feuillep.h"
 
+#include "calculator/machine.h"
 #include "chemistry/catalogue.h"
 #include "macro/macropanel.h"
 #include "mainwindow/intermodule.h"
@@ -188,9 +189,6 @@ void feuilleP::buildControls() {
         commands_[static_cast<std::size_t>(n)]->setEnabled(false);
     connect(commands_[1], &QPushButton::clicked, this, &feuilleP::Command1_Click);
     connect(commands_[8], &QPushButton::clicked, this, &feuilleP::Command8_Click);
-#ifndef THERMIVO_HAS_CALCULATOR
-    commands_[8]->setEnabled(false);
-#endif
 }
 
 QSize feuilleP::screenPixels() const {
@@ -439,7 +437,10 @@ void feuilleP::Command1_Click() {
     close();
 }
 
-void feuilleP::Command8_Click() {}
+void feuilleP::Command8_Click() {
+    calculator::Machine machine(this);
+    machine.exec();
+}
 
 bool feuilleP::Form_QueryUnload() {
     if (quiet_)
