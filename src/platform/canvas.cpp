@@ -123,10 +123,7 @@ Canvas::Canvas(QPainter& painter, DrawState& state, QSize pixelSize)
 }
 
 void Canvas::setScale(double left, double top, double width, double height) {
-    st_.scaleLeft = left;
-    st_.scaleTop = top;
-    st_.scaleWidth = width;
-    st_.scaleHeight = height;
+    st_.setScale(left, top, width, height);
 }
 
 void Canvas::setPixelScale() {
@@ -134,10 +131,10 @@ void Canvas::setPixelScale() {
 }
 
 double Canvas::scaleWidth() const {
-    return st_.scaleWidth != 0 ? st_.scaleWidth : size_.width();
+    return st_.userWidth(size_.width());
 }
 double Canvas::scaleHeight() const {
-    return st_.scaleHeight != 0 ? st_.scaleHeight : size_.height();
+    return st_.userHeight(size_.height());
 }
 
 double Canvas::toPixelX(double x) const {

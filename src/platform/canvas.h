@@ -36,6 +36,16 @@ struct DrawState {
     // Horizontal stretch in percent, for the rare text that must be narrowed to fit its place.
     int fontStretch = 100;
     double currentX = 0, currentY = 0;
+
+    void setScale(double left, double top, double width, double height) {
+        scaleLeft = left;
+        scaleTop = top;
+        scaleWidth = width;
+        scaleHeight = height;
+    }
+    // ScaleWidth/ScaleHeight of a box of the given pixel size.
+    double userWidth(int pixels) const { return scaleWidth != 0 ? scaleWidth : pixels; }
+    double userHeight(int pixels) const { return scaleHeight != 0 ? scaleHeight : pixels; }
 };
 
 // Picture-box drawing on any paint device. Coordinates are in the state's user scale;

@@ -26,6 +26,24 @@ RecordFile::Error fail(RecordFile::Error* out, RecordFile::Error e) {
 
 RecordFile::RecordFile(QString path) : path_(std::move(path)) {}
 
+// Opens the file for reading and seeks to record n, which must hold at least `needed` bytes.
+bool RecordFile::openRecord(QFile& file, int n, int needed, Error* error) const {
+    if (n < 1) {
+        fail(error, Error::BadRecordNumber);
+        return false;
+    }
+    if (!QFileInfo(path_).isFile() || !file.open(QIODevice::ReadOnly)) {
+        fail(error, Error::CannotOpen);
+        return false;
+    }
+    const qint64 start = recordOffset(n);
+    if (file.size() < start + needed || !file.seek(start)) {
+        fail(error, Error::MissingRecord);
+        return false;
+    }
+    return true;
+}
+
 RecordFile::Error RecordFile::writeBytes(int n, const QByteArray& bytes) const {
     if (n < 1 || n > MaxRecordNumber)
         return Error::BadRecordNumber;
@@ -59,24 +77,13 @@ RecordFile::Error RecordFile::writeBytes(int n, const QByteArray& bytes) const {
 std::optional<QByteArray> RecordFile::readBytes(int n, int length, Error* error) const {
     if (error)
         *error = Error::None;
-    if (n < 1) {
-        fail(error, Error::BadRecordNumber);
-        return std::nullopt;
-    }
     if (length < 0 || length > RecordLength) {
         fail(error, Error::BadLength);
         return std::nullopt;
     }
     QFile file(path_);
-    if (!QFileInfo(path_).isFile() || !file.open(QIODevice::ReadOnly)) {
-        fail(error, Error::CannotOpen);
+    if (!openRecord(file, n, length, error))
         return std::nullopt;
-    }
-    const qint64 start = recordOffset(n);
-    if (file.size() < start + length || !file.seek(start)) {
-        fail(error, Error::MissingRecord);
-        return std::nullopt;
-    }
     QByteArray data = file.read(length);
     if (data.size() != length) {
         fail(error, Error::MissingRecord);
@@ -103,21 +110,11 @@ RecordFile::Error RecordFile::writeText(int n, const QString& text) const {
 std::optional<QString> RecordFile::readText(int n, Error* error) const {
     if (error)
         *error = Error::None;
-    if (n < 1) {
-        fail(error, Error::BadRecordNumber);
-        return std::nullopt;
-    }
     QFile file(path_);
-    if (!QFileInfo(path_).isFile() || !file.open(QIODevice::ReadOnly)) {
-        fail(error, Error::CannotOpen);
+    if (!openRecord(file, n, 2, error))
         return std::nullopt;
-    }
     const qint64 start = recordOffset(n);
     const qint64 size = file.size();
-    if (size < start + 2 || !file.seek(start)) {
-        fail(error, Error::MissingRecord);
-        return std::nullopt;
-    }
     const QByteArray field = file.read(2);
     if (field.size() != 2) {
         fail(error, Error::MissingRecord);

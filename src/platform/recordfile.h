@@ -2,6 +2,8 @@
 
 #include <QByteArray>
 #include <QString>
+
+class QFile;
 #include <optional>
 
 namespace platform {
@@ -52,6 +54,8 @@ public:
     int recordCount() const;
 
 private:
+    bool openRecord(QFile& file, int n, int needed, Error* error) const;
+
     QString path_;
 };
 

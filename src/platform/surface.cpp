@@ -23,10 +23,7 @@ void Surface::setBackColor(const QColor& c) {
 }
 
 void Surface::setScale(double left, double top, double width, double height) {
-    state_.scaleLeft = left;
-    state_.scaleTop = top;
-    state_.scaleWidth = width;
-    state_.scaleHeight = height;
+    state_.setScale(left, top, width, height);
 }
 
 void Surface::setPixelScale() {
@@ -34,10 +31,10 @@ void Surface::setPixelScale() {
 }
 
 double Surface::scaleWidth() const {
-    return state_.scaleWidth != 0 ? state_.scaleWidth : width();
+    return state_.userWidth(width());
 }
 double Surface::scaleHeight() const {
-    return state_.scaleHeight != 0 ? state_.scaleHeight : height();
+    return state_.userHeight(height());
 }
 
 void Surface::setPaintHandler(PaintHandler handler) {
