@@ -193,7 +193,9 @@ void Canvas::line(double x1, double y1, double x2, double y2, std::optional<QCol
         return;
     }
 
-    const QRect r = QRect(a, b).normalized(); // inclusive of both corners
+    // Inclusive of both corners, whichever order they come in.
+    const QRect r(QPoint(std::min(a.x(), b.x()), std::min(a.y(), b.y())),
+                  QPoint(std::max(a.x(), b.x()), std::max(a.y(), b.y())));
     if (kind == LineKind::FilledBox) {
         p_.fillRect(r, c);
         return;

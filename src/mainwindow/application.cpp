@@ -1,0 +1,21 @@
+#include "mainwindow/application.h"
+
+#include "platform/canvas.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
+void setUpApplication(QApplication& app) {
+    QApplication::setApplicationName(QStringLiteral("Thermivo"));
+    QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
+    auto* qtTranslator = new QTranslator(&app);
+    if (qtTranslator->load(QLocale(QLocale::French), QStringLiteral("qtbase"), QStringLiteral("_"),
+                           QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(qtTranslator);
+    QFont font;
+    font.setFamilies({QStringLiteral("Arial"), QStringLiteral("Liberation Sans")});
+    font.setPixelSize(platform::pointsToPixels(8));
+    QApplication::setFont(font);
+}

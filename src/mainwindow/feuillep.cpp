@@ -1,0 +1,503 @@
+#include "mainwindow/feuillep.h"
+
+#include "chemistry/catalogue.h"
+#include "mainwindow/intermodule.h"
+#include "mainwindow/optionspanel.h"
+#include "mainwindow/startup.h"
+#include "mainwindow/tabstrip.h"
+#include "platform/canvas.h"
+#include "platform/messagebox.h"
+#include "platform/programfolder.h"
+#include "platform/surface.h"
+
+#if __has_include("micro/micropanel.h")
+#include "micro/micropanel.h"
+#define THERMIVO_HAS_MICRO 1
+#endif
+#if __has_include("macro/macropanel.h")
+#include "macro/macropanel.h"
+#define THERMIVO_HAS_MACRO 1
+#endif
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextEdit>
+#include <QTimer>
+#include <cmath>
+#include <exception>
+
+namespace {
+
+// The main window's handlers ignore run-time errors: a failing statement is skipped and the
+// next one runs, without a message.
+template <typename F> void tolerant(F&& statement) {
+    try {
+        statement();
+    } catch (const std::exception&) {
+    }
+}
+
+constexpr QColor StatementBlue(0, 0, 200);
+// The statement area's paragraph indent of 20 is counted in twips, 15 to the pixel.
+constexpr double ParagraphIndent = 20.0 / 15.0;
+
+// Window layout, in pixels of the 800 × 600 client area.
+constexpr QRect ComboRect(128, 8, 340, 24);
+constexpr QRect OngletsRect(8, 38, 460, 408);
+constexpr QRect DataPanelRect(8, 450, 340, 148);
+constexpr QRect InfoRect(356, 452, 112, 144);
+constexpr QRect BtexoRect(478, 8, 100, 24);
+constexpr QRect FichRect(478, 38, 314, 22);
+constexpr QRect SupertextRect(478, 60, 311, 436);
+
+} // namespace
+
+feuilleP::feuilleP(QWidget* parent) : QWidget(parent), ctx_(state_) {
+    setObjectName(QStringLiteral("feuilleP"));
+    setWindowTitle(QStringLiteral("Thermivo"));
+    setFixedSize(800, 600);
+    setFocusPolicy(Qt::StrongFocus);
+    buildControls();
+}
+
+feuilleP::~feuilleP() = default;
+
+void feuilleP::buildControls() {
+    ctx_.window = this;
+
+    label1_ = new QLabel(QStringLiteral("Réaction étudiée :"), this);
+    label1_->setObjectName(QStringLiteral("Label1"));
+    label1_->setGeometry(8, 8, 116, 24);
+    label1_->setAlignment(Qt::AlignVCenter | Qt::AlignRight);
+
+    combo1_ = new QComboBox(this);
+    combo1_->setObjectName(QStringLiteral("Combo1"));
+    combo1_->setGeometry(ComboRect);
+    combo1_->installEventFilter(this);
+    ctx_.Combo1 = combo1_;
+
+    onglets_ = new platform::Surface(this, QStringLiteral("Onglets"));
+    onglets_->setBackColor(QColor(212, 208, 200)); // the classic button face
+    onglets_->setGeometry(OngletsRect);
+    ctx_.Onglets = onglets_;
+
+    options_ = new OptionsPanel(onglets_, this);
+    for (int i = 0; i < 3; ++i)
+        ctx_.Check1[static_cast<std::size_t>(i)] = options_->check1()[static_cast<std::size_t>(i)];
+    for (int i = 0; i < 2; ++i)
+        ctx_.Option1[static_cast<std::size_t>(i)] =
+            options_->option1()[static_cast<std::size_t>(i)];
+
+    info_ = new QLabel(this);
+    info_->setObjectName(QStringLiteral("info"));
+    info_->setGeometry(InfoRect);
+    info_->setWordWrap(true);
+    info_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    info_->setStyleSheet(QStringLiteral("color: rgb(0, 0, 140);"));
+    ctx_.info = info_;
+
+    tabs_ = new TabStrip(state_, onglets_, this);
+
+#ifdef THERMIVO_HAS_MICRO
+    micro_ = new MicroPanel(ctx_, this);
+    micro_->picture5()->setGeometry(DataPanelRect);
+#endif
+#ifdef THERMIVO_HAS_MACRO
+    macro_ = new MacroPanel(ctx_, this);
+#endif
+    tabs_->setPanels(
+#ifdef THERMIVO_HAS_MICRO
+        micro_->picture3(),
+#else
+        nullptr,
+#endif
+#ifdef THERMIVO_HAS_MACRO
+        macro_->frame2(),
+#else
+        nullptr,
+#endif
+        options_->picture1());
+    tabs_->setDataPanelRefresh([this] {
+#ifdef THERMIVO_HAS_MICRO
+        micro_->picture5()->refresh();
+#endif
+    });
+
+    connect(options_, &OptionsPanel::Check1_Click, this, [this](int index) {
+#ifdef THERMIVO_HAS_MICRO
+        tolerant([&] { micro_->Check1_Click(index); });
+#else
+        Q_UNUSED(index);
+#endif
+    });
+    connect(options_, &OptionsPanel::Option1_Click, this, [this](int index) {
+#ifdef THERMIVO_HAS_MACRO
+        tolerant([&] { macro_->Option1_Click(index); });
+#else
+        Q_UNUSED(index);
+#endif
+    });
+
+    btexo_ = new QPushButton(QStringLiteral("Exercices"), this);
+    btexo_->setObjectName(QStringLiteral("btexo"));
+    btexo_->setGeometry(BtexoRect);
+    btexo_->setEnabled(false); // the exercise menu arrives with the exercise browser
+
+    fich_ = new QLineEdit(this);
+    fich_->setObjectName(QStringLiteral("fich"));
+    fich_->setGeometry(FichRect);
+    fich_->setReadOnly(true);
+    connect(fich_, &QLineEdit::textChanged, this, [this](const QString& text) {
+        fich_->setCursorPosition(static_cast<int>(text.size()));
+        fich_->setToolTip(text);
+    });
+
+    supertext_ = new QTextEdit(this);
+    supertext_->setObjectName(QStringLiteral("supertext"));
+    supertext_->setGeometry(SupertextRect);
+    supertext_->setAcceptRichText(true);
+    connect(supertext_, &QTextEdit::textChanged, this, [this] {
+        // Only the user's edits count; the program's own writes do not.
+        if (!writingStatement_ && !supertext_->toPlainText().isEmpty())
+            state_.StatementModified = 1;
+    });
+
+    struct ButtonDef {
+        int number;
+        const char* caption;
+        const char* tip;
+    };
+    const ButtonDef defs[] = {
+        {2, "&Ouvrir", "Retrouver une configuration"},
+        {11, "&Enregistrer", "Enregistrer la configuration actuelle"},
+        {10, "&Imprimer", "Imprimer l'image"},
+        {4, "Co&pier", "Placer l'image dans le presse-papiers"},
+        {8, "&Calculatrice", "Machine à calculer"},
+        {7, "&Aide", "Aide pour utiliser cette application"},
+        {1, "&Fermer", "Quitter cette application"},
+    };
+    int slot = 0;
+    for (const ButtonDef& d : defs) {
+        auto* b = new QPushButton(QString::fromUtf8(d.caption), this);
+        b->setObjectName(QStringLiteral("Command%1").arg(d.number));
+        b->setToolTip(QString::fromUtf8(d.tip));
+        const int row = slot / 4, col = slot % 4;
+        b->setGeometry(478 + col * 80, 510 + row * 34, 74, 28);
+        commands_[static_cast<std::size_t>(d.number)] = b;
+        ++slot;
+    }
+    // Buttons whose windows arrive later stay greyed rather than doing nothing.
+    for (int n : {2, 4, 7, 10, 11})
+        commands_[static_cast<std::size_t>(n)]->setEnabled(false);
+    connect(commands_[1], &QPushButton::clicked, this, &feuilleP::Command1_Click);
+    connect(commands_[8], &QPushButton::clicked, this, &feuilleP::Command8_Click);
+#ifndef THERMIVO_HAS_CALCULATOR
+    commands_[8]->setEnabled(false);
+#endif
+}
+
+QSize feuilleP::screenPixels() const {
+    if (screenOverride_)
+        return *screenOverride_;
+    if (const QScreen* s = QGuiApplication::primaryScreen())
+        return s->size();
+    return {};
+}
+
+void feuilleP::applySizingRule() {
+    if (const auto g = mainWindowGeometry(screenPixels())) {
+        resizing_ = true;
+        setWindowState(windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized));
+        resize(g->size());
+        move(g->topLeft());
+        resizing_ = false;
+    }
+}
+
+void feuilleP::setHint(const QString& text) {
+    info_->setProperty("Caption", text);
+    info_->setText(platform::captionText(text));
+}
+
+void feuilleP::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!loaded_)
+        Form_Load();
+}
+
+void feuilleP::Form_Load() {
+    if (loaded_)
+        return;
+    loaded_ = true;
+    tolerant([&] { state_.ProgramFolder = platform::programFolder(); });
+    tolerant([&] { InterModuleFile(state_.ProgramFolder).announceRunning(); });
+    tolerant([&] { applySizingRule(); });
+    tolerant([&] { ShowWelcomeText(); });
+    tolerant([&] { liste(); });
+    tolerant([&] { setHint(defaultHint()); });
+    // Nothing is picked when the window opens, so the opening hint stays readable.
+    tolerant([&] { setFocus(Qt::OtherFocusReason); });
+    tolerant([&] { state_.CopyMessage = copyMessage(); });
+    tolerant([&] {
+        background_ = QImage(); // rebuilt by the next paint
+        update();
+    });
+#ifdef THERMIVO_HAS_MACRO
+    tolerant([&] { macro_->prepapic4(); });
+#endif
+}
+
+void feuilleP::Form_Activate() {
+    QString request;
+    tolerant([&] { request = InterModuleFile(state_.ProgramFolder).takeExerciseRequest(); });
+    if (request.isEmpty())
+        return;
+    setEnabled(false);
+    tolerant([&] { state_.ProgramFolder = platform::programFolder(); });
+    tolerant([&] {
+        if (exerciseOpener_)
+            exerciseOpener_(platform::resolveInFolder(state_.ProgramFolder, request));
+    });
+    setEnabled(true);
+    state_.ExerciseOpened = 1;
+}
+
+void feuilleP::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && loaded_)
+        Form_Activate();
+}
+
+void feuilleP::Form_Resize() {
+    if (!resizing_ && loaded_)
+        applySizingRule();
+}
+
+void feuilleP::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    background_ = QImage();
+    Form_Resize();
+}
+
+void feuilleP::Form_Paint(platform::Canvas& c) {
+    c.setScale(0, 0, 800, 600);
+    for (int y = 0; y <= 600; ++y) {
+        const int r = static_cast<int>(std::nearbyint(255 - (y / 600.0) * 55));
+        const int b = static_cast<int>(std::nearbyint(255 - (y / 600.0) * 75));
+        c.line(0, y, 800, y, QColor(r, r, b));
+    }
+    c.line(supertext_->x() + 3, fich_->y() + 3, supertext_->x() + supertext_->width() + 3,
+           supertext_->y() + supertext_->height() + 3, platform::qbColor(8),
+           platform::LineKind::FilledBox);
+}
+
+void feuilleP::paintEvent(QPaintEvent*) {
+    // The background is kept as a picture, as the window did with AutoRedraw on.
+    if (background_.size() != size()) {
+        background_ = QImage(size(), QImage::Format_RGB32);
+        background_.fill(Qt::white);
+        QPainter bp(&background_);
+        platform::DrawState st;
+        platform::Canvas c(bp, st, size());
+        Form_Paint(c);
+    }
+    QPainter p(this);
+    p.drawImage(0, 0, background_);
+    if (!painted_) {
+        painted_ = true;
+        QMetaObject::invokeMethod(this, &feuilleP::firstPainted, Qt::QueuedConnection);
+    }
+}
+
+void feuilleP::selectReaction(int index) {
+    if (index < 1 || index > combo1_->count())
+        return;
+    combo1_->setCurrentIndex(index - 1);
+    Combo1_Click();
+}
+
+void feuilleP::selectTab(int tab) {
+    onglets_->refresh();
+    const auto& e = tabs_->tabEdges();
+    if (tab >= 1 && tab <= 3)
+        tabs_->Onglets_MouseUp(Qt::LeftButton, Qt::NoModifier, (e[tab - 1] + e[tab]) / 2.0, 5);
+}
+
+void feuilleP::ShowWelcomeText() {
+    writingStatement_ = true;
+    supertext_->hide();
+    supertext_->clear();
+    supertext_->setReadOnly(true); // the welcome text is protected against editing
+
+    QTextCharFormat base;
+    base.setFontFamilies({QStringLiteral("Arial"), QStringLiteral("Liberation Sans")});
+    base.setFontPointSize(10);
+    base.setFontWeight(QFont::Normal);
+    base.setFontItalic(false);
+    base.setFontUnderline(false);
+    base.setVerticalAlignment(QTextCharFormat::AlignNormal);
+    base.setForeground(QColor(0, 0, 0));
+
+    QTextCursor cur(supertext_->document());
+    for (const WelcomeSegment& seg : welcomeSegments()) {
+        QTextCharFormat f = base;
+        QTextBlockFormat block;
+        block.setAlignment(Qt::AlignLeft);
+        block.setLeftMargin(seg.format == 9 ? 0 : ParagraphIndent);
+        switch (seg.format) {
+        case 1:
+        case 6:
+            f.setForeground(StatementBlue);
+            break;
+        case 2:
+            block.setAlignment(Qt::AlignHCenter);
+            break;
+        case 3:
+            f.setVerticalAlignment(QTextCharFormat::AlignSubScript);
+            break;
+        case 4:
+            f.setVerticalAlignment(QTextCharFormat::AlignSuperScript);
+            break;
+        case 5:
+            f.setFontFamilies({QStringLiteral("Symbol")});
+            break;
+        case 7:
+            f.setFontItalic(true);
+            break;
+        case 8:
+            f.setFontUnderline(true);
+            break;
+        case 9:
+            f.setFontPointSize(18);
+            f.setForeground(StatementBlue);
+            block.setAlignment(Qt::AlignHCenter);
+            break;
+        default:
+            break;
+        }
+        // A segment's CR LF pairs are paragraph breaks; the paragraph format applies to every
+        // paragraph the segment touches.
+        const QStringList lines = seg.text.split(QStringLiteral("\r\n"));
+        for (qsizetype i = 0; i < lines.size(); ++i) {
+            if (i > 0)
+                cur.insertBlock();
+            if (i == 0 || !lines[i].isEmpty() || i + 1 < lines.size())
+                cur.setBlockFormat(block);
+            cur.insertText(lines[i], f);
+        }
+    }
+    supertext_->moveCursor(QTextCursor::Start);
+    supertext_->show();
+    writingStatement_ = false;
+}
+
+void feuilleP::liste() {
+    combo1_->clear();
+    for (int i = 1; i <= chemistry::ReactionCount; ++i)
+        combo1_->addItem(chemistry::reaction(i).label, i);
+    combo1_->setCurrentIndex(0);
+    Combo1_Click();
+}
+
+void feuilleP::Combo1_Click() {
+    // The order of these steps is what the views rely on: the balance is reset before the
+    // totals of the new reaction exist, and the molecules are drawn last.
+    tolerant([&] {
+        const std::int16_t index = chemistry::indexOfLabel(combo1_->currentText());
+        if (index != 0)
+            combo1_->setProperty("Tag", QString::number(index));
+    });
+#ifdef THERMIVO_HAS_MACRO
+    tolerant([&] { macro_->hscroll1()->setValue(0); });
+    tolerant([&] { macro_->majqant(); });
+#endif
+    state_.AnimStep = 0;
+#ifdef THERMIVO_HAS_MICRO
+    tolerant([&] {
+        if (micro_->picture3()->isVisible())
+            micro_->picture3()->refresh();
+    });
+#endif
+#ifdef THERMIVO_HAS_MACRO
+    tolerant([&] {
+        if (macro_->frame2()->isVisible())
+            macro_->frame2()->refresh();
+    });
+#endif
+    tolerant([&] {
+        const chemistry::BondTotals t = chemistry::computeTotals(ctx_.reactionIndex());
+        state_.BrokenBondsEnergy = t.broken;
+        state_.FormedBondsEnergy = t.formed;
+    });
+#ifdef THERMIVO_HAS_MICRO
+    tolerant([&] { micro_->picture5()->refresh(); });
+    tolerant([&] {
+        std::int16_t index = ctx_.reactionIndex();
+        micro_->animicro(index);
+    });
+#endif
+}
+
+bool feuilleP::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == combo1_ && event->type() == QEvent::FocusIn)
+        setHint(QStringLiteral("Choisir la réaction dans le liste"));
+    return QWidget::eventFilter(watched, event);
+}
+
+void feuilleP::Command1_Click() {
+    close();
+}
+
+void feuilleP::Command8_Click() {}
+
+bool feuilleP::Form_QueryUnload() {
+    if (quiet_)
+        return true;
+    if (state_.StatementModified == 1 &&
+        !platform::askOkCancel(this, QStringLiteral("Abandon des données?"),
+                               QStringLiteral("Attention: perte des modifications du texte.")))
+        return false;
+    return platform::askOkCancel(this, QStringLiteral("Fermer"),
+                                 QStringLiteral("Quitter vraiment Thermivo ?"));
+}
+
+void feuilleP::Form_Unload() {
+    if (unloaded_)
+        return;
+    unloaded_ = true;
+    tolerant([&] {
+        if (QWidget* machine = QApplication::activeModalWidget();
+            machine && machine->objectName() == QLatin1String("Machine"))
+            machine->close();
+    });
+#ifdef THERMIVO_HAS_MICRO
+    tolerant([&] { findChild<QTimer*>(QStringLiteral("Timer1"))->stop(); });
+#endif
+    tolerant([&] { InterModuleFile(state_.ProgramFolder).announceStopped(); });
+    QCoreApplication::quit();
+}
+
+void feuilleP::closeEvent(QCloseEvent* event) {
+    if (unloaded_) {
+        event->accept();
+        return;
+    }
+    if (!Form_QueryUnload()) {
+        event->ignore();
+        return;
+    }
+    Form_Unload();
+    event->accept();
+}

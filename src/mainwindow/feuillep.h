@@ -1,0 +1,115 @@
+#pragma once
+
+#include "mainwindow/appstate.h"
+#include "mainwindow/context.h"
+
+#include <QImage>
+#include <QSize>
+#include <QWidget>
+#include <array>
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTextEdit;
+class MicroPanel;
+class MacroPanel;
+class OptionsPanel;
+class TabStrip;
+
+namespace platform {
+class Canvas;
+class Surface;
+} // namespace platform
+
+// The main window. It owns the module-wide state and composes one panel per subsystem; its
+// own code is start-up, shutdown, the reaction change and the button row.
+class feuilleP : public QWidget {
+    Q_OBJECT
+public:
+    explicit feuilleP(QWidget* parent = nullptr);
+    ~feuilleP() override;
+
+    AppState& state() { return state_; }
+    MainContext& context() { return ctx_; }
+    MicroPanel* micro() const { return micro_; }
+    MacroPanel* macro() const { return macro_; }
+    TabStrip* tabs() const { return tabs_; }
+    OptionsPanel* options() const { return options_; }
+
+    // Screen size used by the sizing rule; the real screen unless a test sets one.
+    void setScreenSizeOverride(std::optional<QSize> pixels) { screenOverride_ = pixels; }
+    // Closing without the two questions (used by --screenshot).
+    void setQuietShutdown(bool quiet) { quiet_ = quiet; }
+    // Who opens an exercise requested by the suite's main module.
+    void setExerciseOpener(std::function<void(const QString& path)> opener) {
+        exerciseOpener_ = std::move(opener);
+    }
+
+    bool loaded() const { return loaded_; }
+
+    // Picks a reaction (1..8) as the user would in the list, and a tab (1..3) as a click on it.
+    void selectReaction(int index);
+    void selectTab(int tab);
+
+signals:
+    // The first time the window has been painted (start-up measurements, --screenshot).
+    void firstPainted();
+
+public:
+    // Handlers, named as the rest of the program knows them.
+    void Form_Load();
+    void Form_Activate();
+    void Form_Resize();
+    void Form_Paint(platform::Canvas& c);
+    bool Form_QueryUnload(); // false when the user cancels
+    void Form_Unload();
+    void ShowWelcomeText();
+    void liste();
+    void Combo1_Click();
+    void Command1_Click();
+    void Command8_Click();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void buildControls();
+    void applySizingRule();
+    void setHint(const QString& text);
+    QSize screenPixels() const;
+
+    AppState state_;
+    MainContext ctx_;
+    QLabel* label1_ = nullptr;
+    QComboBox* combo1_ = nullptr;
+    platform::Surface* onglets_ = nullptr;
+    QLabel* info_ = nullptr;
+    QLineEdit* fich_ = nullptr;
+    QTextEdit* supertext_ = nullptr;
+    QPushButton* btexo_ = nullptr;
+    std::array<QPushButton*, 12> commands_{}; // Command1 .. Command11 by number
+    OptionsPanel* options_ = nullptr;
+    TabStrip* tabs_ = nullptr;
+    MicroPanel* micro_ = nullptr;
+    MacroPanel* macro_ = nullptr;
+
+    QImage background_;
+    std::optional<QSize> screenOverride_;
+    std::function<void(const QString&)> exerciseOpener_;
+    bool loaded_ = false;
+    bool quiet_ = false;
+    bool unloaded_ = false;
+    bool writingStatement_ = false;
+    bool resizing_ = false;
+    bool painted_ = false;
+};

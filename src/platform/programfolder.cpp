@@ -1,0 +1,48 @@
+#include "platform/programfolder.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+namespace platform {
+
+namespace {
+QString& overrideFolder() {
+    static QString folder;
+    return folder;
+}
+} // namespace
+
+void setProgramFolderOverride(const QString& folder) {
+    overrideFolder() = folder;
+}
+
+QString withTrailingSeparator(const QString& folder) {
+    QString f = QDir::fromNativeSeparators(folder);
+    f.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    if (!f.endsWith(QLatin1Char('/')))
+        f += QLatin1Char('/');
+    return f;
+}
+
+QString programFolder() {
+    if (!overrideFolder().isEmpty())
+        return withTrailingSeparator(overrideFolder());
+    const QString env = qEnvironmentVariable("THERMIVO_PROGRAM_FOLDER");
+    if (!env.isEmpty())
+        return withTrailingSeparator(env);
+    return withTrailingSeparator(QCoreApplication::applicationDirPath());
+}
+
+QString resolveInFolder(const QString& folder, const QString& name) {
+    QString n = name;
+    n.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    // A drive-letter path written on Windows cannot be honoured here; keep its file part
+    // relative to the folder rather than failing outright.
+    if (n.size() > 2 && n.at(1) == QLatin1Char(':') && n.at(2) == QLatin1Char('/'))
+        n = n.mid(3);
+    if (QDir::isAbsolutePath(n))
+        return n;
+    return withTrailingSeparator(folder) + n;
+}
+
+} // namespace platform
