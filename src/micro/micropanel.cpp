@@ -52,23 +52,23 @@ MicroPanel::MicroPanel(MainContext& ctx, QObject* parent)
     });
 
     using Glyph = platform::ImageButton::Glyph;
-    struct ButtonSpec {
+    struct ImageButtonDef {
         Glyph glyph;
         const char* name;
         QString toolTip;
         int row;
     };
     // Shown top to bottom as start, run, pause, end.
-    const ButtonSpec specs[4] = {
+    const ImageButtonDef buttons[4] = {
         {Glyph::Play, "Image4", QStringLiteral("Animation"), 1},
         {Glyph::First, "Image5", QStringLiteral("État initial"), 0},
         {Glyph::Last, "Image6", QStringLiteral("État final"), 3},
         {Glyph::Pause, "Image7", QStringLiteral("Pause"), 2},
     };
     for (std::size_t i = 0; i < 4; ++i) {
-        auto* b = new platform::ImageButton(specs[i].glyph, QString::fromLatin1(specs[i].name),
-                                            specs[i].toolTip, picture3_);
-        b->move(kButtonsX, kButtonsTop + kButtonsStep * specs[i].row);
+        auto* b = new platform::ImageButton(buttons[i].glyph, QString::fromLatin1(buttons[i].name),
+                                            buttons[i].toolTip, picture3_);
+        b->move(kButtonsX, kButtonsTop + kButtonsStep * buttons[i].row);
         images_[i] = b;
     }
     connect(images_[0], &QAbstractButton::clicked, this, &MicroPanel::Image4_Click);
