@@ -48,6 +48,7 @@ test)
 bench)
     install_missing
     build build-release Release
+    export QT_QPA_PLATFORM=offscreen
     for b in build-release/bench/bench_*; do
         [ -x "$b" ] && "$b" --benchmark_min_time=0.2
     done

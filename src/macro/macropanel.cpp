@@ -18,6 +18,7 @@
 #include <QScrollBar>
 #include <QTimer>
 #include <QWidget>
+#include <algorithm>
 
 using macro::GaugeMode;
 using platform::Canvas;
@@ -376,6 +377,11 @@ void MacroPanel::printSpecies(Canvas& c, const QString& coefficient, const QStri
     platform::DrawState& s = c.state();
     const QString whole = coefficient + formula + QStringLiteral(" (g)");
     const QLineEdit* field = text1_[static_cast<std::size_t>(column)];
+    // Butane's "2 C4H10 (g)" is wider than its column; narrowed, it keeps clear of the signs.
+    const double natural = c.textWidth(whole);
+    const double room = field->width() - 4.0;
+    if (natural > room)
+        s.fontStretch = static_cast<int>(100.0 * room / natural);
     s.currentX = field->x() + (field->width() - c.textWidth(whole)) / 2;
     c.print(coefficient);
     for (QChar ch : formula) {
@@ -390,6 +396,7 @@ void MacroPanel::printSpecies(Canvas& c, const QString& coefficient, const QStri
         }
     }
     c.print(QStringLiteral(" (g)"));
+    s.fontStretch = 100;
 }
 
 void MacroPanel::paintTable(Canvas& c) {
@@ -436,8 +443,14 @@ void MacroPanel::paintTable(Canvas& c) {
         }
     }
 
-    // Row captions, each ending where its control begins.
+    // Row captions, each ending where its control begins. "État initial (mol) : " is wider
+    // than the room left of its field; narrowed a little, it stays whole on the panel.
     const auto captionAt = [&](const QWidget* control, const QString& measured) {
+        s.fontStretch = 100;
+        const double room = control->x() - 2.0;
+        const double natural = c.textWidth(measured);
+        if (natural > room)
+            s.fontStretch = static_cast<int>(100.0 * room / natural);
         s.currentX = control->x() - c.textWidth(measured);
         s.currentY = control->y();
     };
@@ -455,6 +468,7 @@ void MacroPanel::paintTable(Canvas& c) {
     c.print(QStringLiteral(" D"));
     s.fontName = QStringLiteral("Arial");
     c.print(QStringLiteral("E ="));
+    s.fontStretch = 100;
 
     // Etched section title between the initial row and the rows that follow the reaction.
     const double w = c.scaleWidth();

@@ -1,6 +1,8 @@
 #include "mainwindow/feuillep.h"
 
+#include "calculator/machine.h"
 #include "chemistry/catalogue.h"
+#include "macro/macropanel.h"
 #include "mainwindow/intermodule.h"
 #include "mainwindow/optionspanel.h"
 #include "mainwindow/startup.h"
@@ -13,10 +15,6 @@
 #if __has_include("micro/micropanel.h")
 #include "micro/micropanel.h"
 #define THERMIVO_HAS_MICRO 1
-#endif
-#if __has_include("macro/macropanel.h")
-#include "macro/macropanel.h"
-#define THERMIVO_HAS_MACRO 1
 #endif
 
 #include <QApplication>
@@ -114,21 +112,14 @@ void feuilleP::buildControls() {
     micro_ = new MicroPanel(ctx_, this);
     micro_->picture5()->setGeometry(DataPanelRect);
 #endif
-#ifdef THERMIVO_HAS_MACRO
     macro_ = new MacroPanel(ctx_, this);
-#endif
     tabs_->setPanels(
 #ifdef THERMIVO_HAS_MICRO
         micro_->picture3(),
 #else
         nullptr,
 #endif
-#ifdef THERMIVO_HAS_MACRO
-        macro_->frame2(),
-#else
-        nullptr,
-#endif
-        options_->picture1());
+        macro_->frame2(), options_->picture1());
     tabs_->setDataPanelRefresh([this] {
 #ifdef THERMIVO_HAS_MICRO
         micro_->picture5()->refresh();
@@ -142,13 +133,8 @@ void feuilleP::buildControls() {
         Q_UNUSED(index);
 #endif
     });
-    connect(options_, &OptionsPanel::Option1_Click, this, [this](int index) {
-#ifdef THERMIVO_HAS_MACRO
-        tolerant([&] { macro_->Option1_Click(index); });
-#else
-        Q_UNUSED(index);
-#endif
-    });
+    connect(options_, &OptionsPanel::Option1_Click, this,
+            [this](int index) { tolerant([&] { macro_->Option1_Click(index); }); });
 
     btexo_ = new QPushButton(QStringLiteral("Exercices"), this);
     btexo_->setObjectName(QStringLiteral("btexo"));
@@ -203,9 +189,6 @@ void feuilleP::buildControls() {
         commands_[static_cast<std::size_t>(n)]->setEnabled(false);
     connect(commands_[1], &QPushButton::clicked, this, &feuilleP::Command1_Click);
     connect(commands_[8], &QPushButton::clicked, this, &feuilleP::Command8_Click);
-#ifndef THERMIVO_HAS_CALCULATOR
-    commands_[8]->setEnabled(false);
-#endif
 }
 
 QSize feuilleP::screenPixels() const {
@@ -254,9 +237,7 @@ void feuilleP::Form_Load() {
         background_ = QImage(); // rebuilt by the next paint
         update();
     });
-#ifdef THERMIVO_HAS_MACRO
     tolerant([&] { macro_->prepapic4(); });
-#endif
 }
 
 void feuilleP::Form_Activate() {
@@ -419,10 +400,8 @@ void feuilleP::Combo1_Click() {
         if (index != 0)
             combo1_->setProperty("Tag", QString::number(index));
     });
-#ifdef THERMIVO_HAS_MACRO
     tolerant([&] { macro_->hscroll1()->setValue(0); });
     tolerant([&] { macro_->majqant(); });
-#endif
     state_.AnimStep = 0;
 #ifdef THERMIVO_HAS_MICRO
     tolerant([&] {
@@ -430,12 +409,10 @@ void feuilleP::Combo1_Click() {
             micro_->picture3()->refresh();
     });
 #endif
-#ifdef THERMIVO_HAS_MACRO
     tolerant([&] {
         if (macro_->frame2()->isVisible())
             macro_->frame2()->refresh();
     });
-#endif
     tolerant([&] {
         const chemistry::BondTotals t = chemistry::computeTotals(ctx_.reactionIndex());
         state_.BrokenBondsEnergy = t.broken;
@@ -460,7 +437,10 @@ void feuilleP::Command1_Click() {
     close();
 }
 
-void feuilleP::Command8_Click() {}
+void feuilleP::Command8_Click() {
+    calculator::Machine machine(this);
+    machine.exec();
+}
 
 bool feuilleP::Form_QueryUnload() {
     if (quiet_)

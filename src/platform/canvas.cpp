@@ -287,6 +287,8 @@ QFont Canvas::font() const {
     f.setBold(st_.fontBold);
     f.setItalic(st_.fontItalic);
     f.setUnderline(st_.fontUnderline);
+    if (st_.fontStretch != 100)
+        f.setStretch(st_.fontStretch);
     return f;
 }
 

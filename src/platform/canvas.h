@@ -33,6 +33,8 @@ struct DrawState {
     bool fontBold = false;
     bool fontItalic = false;
     bool fontUnderline = false;
+    // Horizontal stretch in percent, for the rare text that must be narrowed to fit its place.
+    int fontStretch = 100;
     double currentX = 0, currentY = 0;
 };
 

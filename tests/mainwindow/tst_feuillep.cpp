@@ -67,6 +67,7 @@ private slots:
     void unknownLabelKeepsIndex();
     void comboFocusHint();
     void exerciseHandOverOnce();
+    void calculatorOpensModally();
 
 private:
     QByteArray record18() const;
@@ -351,6 +352,25 @@ void TestFeuilleP::exerciseHandOverOnce() {
     QVERIFY(!enabledDuring);
     QVERIFY(w_->isEnabled());
     QCOMPARE(w_->state().ExerciseOpened, 1);
+}
+
+void TestFeuilleP::calculatorOpensModally() {
+    auto* button = w_->findChild<QPushButton*>(QStringLiteral("Command8"));
+    QCOMPARE(button->text(), QStringLiteral("&Calculatrice"));
+    QVERIFY(button->isEnabled());
+    QString seen;
+    bool modal = false;
+    QTimer::singleShot(0, this, [&] {
+        QWidget* box = QApplication::activeModalWidget();
+        if (!box)
+            return;
+        seen = box->objectName();
+        modal = box->isModal();
+        box->close();
+    });
+    button->click();
+    QCOMPARE(seen, QStringLiteral("Machine"));
+    QVERIFY(modal);
 }
 
 int main(int argc, char* argv[]) {

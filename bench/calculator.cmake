@@ -1,0 +1,1 @@
+thermivo_add_bench(bench_calculator ENGINE bench_calculator.cpp)
