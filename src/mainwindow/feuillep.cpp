@@ -3,6 +3,7 @@
 #include "calculator/machine.h"
 #include "chemistry/catalogue.h"
 #include "macro/macropanel.h"
+#include "micro/micropanel.h"
 #include "mainwindow/intermodule.h"
 #include "mainwindow/optionspanel.h"
 #include "mainwindow/startup.h"
@@ -12,10 +13,6 @@
 #include "platform/programfolder.h"
 #include "platform/surface.h"
 
-#if __has_include("micro/micropanel.h")
-#include "micro/micropanel.h"
-#define THERMIVO_HAS_MICRO 1
-#endif
 
 #include <QApplication>
 #include <QCheckBox>
@@ -108,30 +105,18 @@ void feuilleP::buildControls() {
 
     tabs_ = new TabStrip(state_, onglets_, this);
 
-#ifdef THERMIVO_HAS_MICRO
     micro_ = new MicroPanel(ctx_, this);
     micro_->picture5()->setGeometry(DataPanelRect);
-#endif
     macro_ = new MacroPanel(ctx_, this);
     tabs_->setPanels(
-#ifdef THERMIVO_HAS_MICRO
         micro_->picture3(),
-#else
-        nullptr,
-#endif
         macro_->frame2(), options_->picture1());
     tabs_->setDataPanelRefresh([this] {
-#ifdef THERMIVO_HAS_MICRO
         micro_->picture5()->refresh();
-#endif
     });
 
     connect(options_, &OptionsPanel::Check1_Click, this, [this](int index) {
-#ifdef THERMIVO_HAS_MICRO
         tolerant([&] { micro_->Check1_Click(index); });
-#else
-        Q_UNUSED(index);
-#endif
     });
     connect(options_, &OptionsPanel::Option1_Click, this,
             [this](int index) { tolerant([&] { macro_->Option1_Click(index); }); });
@@ -403,12 +388,10 @@ void feuilleP::Combo1_Click() {
     tolerant([&] { macro_->hscroll1()->setValue(0); });
     tolerant([&] { macro_->majqant(); });
     state_.AnimStep = 0;
-#ifdef THERMIVO_HAS_MICRO
     tolerant([&] {
         if (micro_->picture3()->isVisible())
             micro_->picture3()->refresh();
     });
-#endif
     tolerant([&] {
         if (macro_->frame2()->isVisible())
             macro_->frame2()->refresh();
@@ -418,13 +401,11 @@ void feuilleP::Combo1_Click() {
         state_.BrokenBondsEnergy = t.broken;
         state_.FormedBondsEnergy = t.formed;
     });
-#ifdef THERMIVO_HAS_MICRO
     tolerant([&] { micro_->picture5()->refresh(); });
     tolerant([&] {
         std::int16_t index = ctx_.reactionIndex();
         micro_->animicro(index);
     });
-#endif
 }
 
 bool feuilleP::eventFilter(QObject* watched, QEvent* event) {
@@ -462,9 +443,7 @@ void feuilleP::Form_Unload() {
             machine && machine->objectName() == QLatin1String("Machine"))
             machine->close();
     });
-#ifdef THERMIVO_HAS_MICRO
     tolerant([&] { findChild<QTimer*>(QStringLiteral("Timer1"))->stop(); });
-#endif
     tolerant([&] { InterModuleFile(state_.ProgramFolder).announceStopped(); });
     QCoreApplication::quit();
 }

@@ -26,34 +26,25 @@ int pointsToPixels(double points) {
 QString symbolToUnicode(const QString& text) {
     QString out;
     out.reserve(text.size());
-    for (QChar c : text) {
-        switch (c.unicode()) {
-        case 'D':
-            out += QChar(0x0394);
-            break; // Δ
-        case 'p':
-            out += QChar(0x03C0);
-            break; // π
-        case 0xAE:
-            out += QChar(0x2192);
-            break; // →
-        case 0xAC:
-            out += QChar(0x2190);
-            break; // ←
-        case 0xD6:
-            out += QChar(0x221A);
-            break; // √
-        case 0xB8:
-            out += QChar(0x00F7);
-            break; // ÷
-        // The arrow extender has no glyph in the fonts we ship with; a box-drawing line
-        // joins the arrow head so that " ¾®" still reads as one long arrow.
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        switch (text[i].unicode()) {
+        case 'D': out += QChar(0x0394); break;  // Δ
+        case 'p': out += QChar(0x03C0); break;  // π
+        case 0xAE: out += QChar(0x2192); break; // →
+        case 0xAC: out += QChar(0x2190); break; // ←
+        case 0xD6: out += QChar(0x221A); break; // √
+        case 0xB8: out += QChar(0x00F7); break; // ÷
         case 0xBE:
-            out += QChar(0x2500);
+            // The arrow extender has no glyph in our fonts. Followed by the arrow head it
+            // becomes the one-piece long arrow; alone, a box-drawing line.
+            if (i + 1 < text.size() && text[i + 1].unicode() == 0xAE) {
+                out += QChar(0x27F6); // ⟶
+                ++i;
+            } else {
+                out += QChar(0x2500);
+            }
             break;
-        default:
-            out += c;
-            break;
+        default: out += text[i]; break;
         }
     }
     return out;

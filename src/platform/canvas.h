@@ -104,8 +104,8 @@ private:
     const QImage* picture_ = nullptr;
 };
 
-// Maps text written for the old "Symbol" font to Unicode (Δ, π, →, ←, √, ÷, and the arrow
-// extender as a box-drawing line so that " ¾®" reads as one long arrow).
+// Maps text written for the old "Symbol" font to Unicode (Δ, π, →, ←, √, ÷); the extender and
+// arrow head " ¾®" become the one-piece long arrow ⟶.
 QString symbolToUnicode(const QString& text);
 
 // Pixel size of a font of `points` on a 96-dpi screen, rounded as the old runtime did.

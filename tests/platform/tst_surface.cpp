@@ -157,9 +157,10 @@ void TestSurface::symbolText_data() {
     QTest::addColumn<QString>("out");
     QTest::newRow("delta") << "D" << QString(QChar(0x0394));
     QTest::newRow("long arrow") << QString::fromUtf8(" \u00be\u00ae")
-                                << QString::fromUtf8(" \u2500\u2192");
+                                << QString::fromUtf8(" \u27f6");
     QTest::newRow("keys") << QString::fromUtf8("p\u00d6\u00b8\u00ac")
                           << QString::fromUtf8("\u03c0\u221a\u00f7\u2190");
+    QTest::newRow("lone extender") << QString::fromUtf8("\u00be") << QString::fromUtf8("\u2500");
     QTest::newRow("plain") << "E =" << QString::fromUtf8("E =");
 }
 
