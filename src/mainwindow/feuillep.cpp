@@ -3,16 +3,15 @@
 #include "calculator/machine.h"
 #include "chemistry/catalogue.h"
 #include "macro/macropanel.h"
-#include "micro/micropanel.h"
 #include "mainwindow/intermodule.h"
 #include "mainwindow/optionspanel.h"
 #include "mainwindow/startup.h"
 #include "mainwindow/tabstrip.h"
+#include "micro/micropanel.h"
 #include "platform/canvas.h"
 #include "platform/messagebox.h"
 #include "platform/programfolder.h"
 #include "platform/surface.h"
-
 
 #include <QApplication>
 #include <QCheckBox>
@@ -81,6 +80,8 @@ void feuilleP::buildControls() {
     combo1_->setObjectName(QStringLiteral("Combo1"));
     combo1_->setGeometry(ComboRect);
     combo1_->installEventFilter(this);
+    // A choice in the list, even of the reaction already shown, resets the views.
+    connect(combo1_, &QComboBox::activated, this, [this](int) { Combo1_Click(); });
     ctx_.Combo1 = combo1_;
 
     onglets_ = new platform::Surface(this, QStringLiteral("Onglets"));
@@ -108,16 +109,11 @@ void feuilleP::buildControls() {
     micro_ = new MicroPanel(ctx_, this);
     micro_->picture5()->setGeometry(DataPanelRect);
     macro_ = new MacroPanel(ctx_, this);
-    tabs_->setPanels(
-        micro_->picture3(),
-        macro_->frame2(), options_->picture1());
-    tabs_->setDataPanelRefresh([this] {
-        micro_->picture5()->refresh();
-    });
+    tabs_->setPanels(micro_->picture3(), macro_->frame2(), options_->picture1());
+    tabs_->setDataPanelRefresh([this] { micro_->picture5()->refresh(); });
 
-    connect(options_, &OptionsPanel::Check1_Click, this, [this](int index) {
-        tolerant([&] { micro_->Check1_Click(index); });
-    });
+    connect(options_, &OptionsPanel::Check1_Click, this,
+            [this](int index) { tolerant([&] { micro_->Check1_Click(index); }); });
     connect(options_, &OptionsPanel::Option1_Click, this,
             [this](int index) { tolerant([&] { macro_->Option1_Click(index); }); });
 

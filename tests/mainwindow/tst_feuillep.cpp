@@ -1,6 +1,7 @@
 #include "mainwindow/application.h"
 #include "mainwindow/feuillep.h"
 #include "mainwindow/tabstrip.h"
+#include "micro/micropanel.h"
 #include "platform/canvas.h"
 #include "platform/surface.h"
 
@@ -13,6 +14,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
@@ -65,6 +67,8 @@ private slots:
     void tabHitTest();
     void optionsHeadings();
     void unknownLabelKeepsIndex();
+    void reselectingResets();
+    void activeLabelSitsLower();
     void comboFocusHint();
     void exerciseHandOverOnce();
     void calculatorOpensModally();
@@ -320,6 +324,38 @@ void TestFeuilleP::unknownLabelKeepsIndex() {
     QCOMPARE(w_->state().BrokenBondsEnergy, 16710);
     // The rest of the change still runs: the animation is back at its start.
     QVERIFY(w_->state().AnimStep <= 1);
+}
+
+void TestFeuilleP::reselectingResets() {
+    auto* slider = w_->findChild<QScrollBar*>(QStringLiteral("HScroll1"));
+    auto* combo = w_->findChild<QComboBox*>(QStringLiteral("Combo1"));
+    slider->setValue(5000);
+    w_->micro()->Image6_Click();
+    QVERIFY(w_->state().AnimStep > 60);
+    // The user picks the reaction already shown.
+    emit combo->activated(combo->currentIndex());
+    QCOMPARE(slider->value(), 0);
+    QCOMPARE(w_->state().AnimStep, 1); // the initial state drawn, the next step waiting
+    QCOMPARE(w_->findChild<QLabel*>(QStringLiteral("Label5"))->text(), QStringLiteral("0,0 mol"));
+}
+
+void TestFeuilleP::activeLabelSitsLower() {
+    auto* onglets = w_->findChild<platform::Surface*>(QStringLiteral("Onglets"));
+    onglets->refresh();
+    const auto& e = w_->tabs()->tabEdges();
+    const QImage img = onglets->image();
+    // First row with dark ink between two edges.
+    const auto inkTop = [&](int from, int to) {
+        for (int y = 0; y < 20; ++y)
+            for (int x = from + 2; x < to - 2; ++x)
+                if (qGray(img.pixel(x, y)) < 100)
+                    return y;
+        return -1;
+    };
+    const int active = inkTop(e[0], e[1]);
+    QVERIFY(active > 0);
+    QCOMPARE(inkTop(e[1], e[2]), active - 1);
+    QCOMPARE(inkTop(e[2], e[3]), active - 1);
 }
 
 void TestFeuilleP::comboFocusHint() {
