@@ -50,8 +50,8 @@ constexpr double ParagraphIndent = 20.0 / 15.0;
 // Window layout, in pixels of the 800 × 600 client area.
 constexpr QRect ComboRect(128, 8, 340, 24);
 constexpr QRect OngletsRect(8, 38, 460, 408);
-constexpr QRect DataPanelRect(8, 450, 340, 148);
-constexpr QRect InfoRect(356, 452, 112, 144);
+constexpr QRect DataPanelRect(8, 450, 352, 148);
+constexpr QRect InfoRect(366, 452, 102, 144);
 constexpr QRect BtexoRect(478, 8, 100, 24);
 constexpr QRect FichRect(478, 38, 314, 22);
 constexpr QRect SupertextRect(478, 60, 311, 436);
