@@ -26,7 +26,7 @@ install_missing() {
 
 build() {
     local dir=$1 type=$2
-    cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE="$type" >/dev/null
+    cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE="$type" "${@:3}" >/dev/null
     cmake --build "$dir" -j"$(nproc)"
 }
 
@@ -47,7 +47,7 @@ test)
     ;;
 bench)
     install_missing
-    build build-release Release
+    build build-release Release -DTHERMIVO_BUILD_TESTS=OFF
     export QT_QPA_PLATFORM=offscreen
     for b in build-release/bench/bench_*; do
         [ -x "$b" ] && "$b" --benchmark_min_time=0.2
