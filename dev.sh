@@ -50,7 +50,9 @@ bench)
     build build-release Release -DTHERMIVO_BUILD_TESTS=OFF
     export QT_QPA_PLATFORM=offscreen
     for b in build-release/bench/bench_*; do
-        [ -x "$b" ] && "$b" --benchmark_min_time=0.2
+        if [ -f "$b" ] && [ -x "$b" ]; then
+            "$b" --benchmark_min_time=0.2
+        fi
     done
     ;;
 shots)
