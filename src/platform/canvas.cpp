@@ -28,12 +28,24 @@ QString symbolToUnicode(const QString& text) {
     out.reserve(text.size());
     for (qsizetype i = 0; i < text.size(); ++i) {
         switch (text[i].unicode()) {
-        case 'D': out += QChar(0x0394); break;  // Δ
-        case 'p': out += QChar(0x03C0); break;  // π
-        case 0xAE: out += QChar(0x2192); break; // →
-        case 0xAC: out += QChar(0x2190); break; // ←
-        case 0xD6: out += QChar(0x221A); break; // √
-        case 0xB8: out += QChar(0x00F7); break; // ÷
+        case 'D':
+            out += QChar(0x0394);
+            break; // Δ
+        case 'p':
+            out += QChar(0x03C0);
+            break; // π
+        case 0xAE:
+            out += QChar(0x2192);
+            break; // →
+        case 0xAC:
+            out += QChar(0x2190);
+            break; // ←
+        case 0xD6:
+            out += QChar(0x221A);
+            break; // √
+        case 0xB8:
+            out += QChar(0x00F7);
+            break; // ÷
         case 0xBE:
             // The arrow extender has no glyph in our fonts. Followed by the arrow head it
             // becomes the one-piece long arrow; alone, a box-drawing line.
@@ -44,7 +56,9 @@ QString symbolToUnicode(const QString& text) {
                 out += QChar(0x2500);
             }
             break;
-        default: out += text[i]; break;
+        default:
+            out += text[i];
+            break;
         }
     }
     return out;
@@ -99,10 +113,8 @@ void plotLine(QPainter& p, QPoint a, QPoint b, const QColor& color) {
     }
     if (pts.isEmpty())
         return;
-    p.save();
     p.setPen(QPen(color, 0));
     p.drawPoints(pts.constData(), static_cast<int>(pts.size()));
-    p.restore();
 }
 
 } // namespace
@@ -173,11 +185,8 @@ void Canvas::line(double x1, double y1, double x2, double y2, std::optional<QCol
             plotLine(p_, a, b, c);
             return;
         }
-        p_.save();
-        QPen pen(c, std::max(1, st_.drawWidth), penStyleFor(st_.drawStyle), Qt::RoundCap);
-        p_.setPen(pen);
+        p_.setPen(QPen(c, std::max(1, st_.drawWidth), penStyleFor(st_.drawStyle), Qt::RoundCap));
         p_.drawLine(a, b);
-        p_.restore();
         return;
     }
 
@@ -198,11 +207,9 @@ void Canvas::line(double x1, double y1, double x2, double y2, std::optional<QCol
         p_.fillRect(QRect(r.right(), r.top(), 1, r.height()), c);
         return;
     }
-    p_.save();
     p_.setPen(QPen(c, w, penStyleFor(st_.drawStyle), Qt::SquareCap, Qt::MiterJoin));
     p_.setBrush(Qt::NoBrush);
     p_.drawRect(QRectF(r.left(), r.top(), r.width() - 1, r.height() - 1));
-    p_.restore();
 }
 
 void Canvas::circle(double x, double y, double r, std::optional<QColor> color,
@@ -222,7 +229,6 @@ void Canvas::circle(double x, double y, double r, std::optional<QColor> color,
     st_.currentY = y;
     const QRectF box(cx - rx, cy - ry, 2 * rx, 2 * ry);
 
-    p_.save();
     QPen pen(c, std::max(1, st_.drawWidth), penStyleFor(st_.drawStyle));
     if (st_.drawWidth <= 1)
         pen.setWidth(0);
@@ -231,7 +237,6 @@ void Canvas::circle(double x, double y, double r, std::optional<QColor> color,
 
     if (!start && !end) {
         p_.drawEllipse(box);
-        p_.restore();
         return;
     }
     const double s = std::abs(start.value_or(0.0));
@@ -255,7 +260,6 @@ void Canvas::circle(double x, double y, double r, std::optional<QColor> color,
         if (radiusEnd)
             p_.drawLine(QPointF(cx, cy), edge(e));
     }
-    p_.restore();
 }
 
 void Canvas::pset(double x, double y, std::optional<QColor> color) {
@@ -295,7 +299,6 @@ void Canvas::print(const QString& text) {
     const QString shown = isSymbolFont(st_.fontName) ? symbolToUnicode(text) : text;
     const QFont f = font();
     const QFontMetricsF fm(f);
-    p_.save();
     p_.setFont(f);
     p_.setPen(st_.foreColor);
     const QStringList lines = shown.split(QLatin1Char('\n'));
@@ -311,7 +314,6 @@ void Canvas::print(const QString& text) {
             st_.currentY += toUserHeight(fm.height());
         }
     }
-    p_.restore();
 }
 
 } // namespace platform
