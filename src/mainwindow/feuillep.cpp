@@ -209,6 +209,8 @@ void feuilleP::Form_Load() {
     tolerant([&] { InterModuleFile(state_.ProgramFolder).announceRunning(); });
     tolerant([&] { applySizingRule(); });
     tolerant([&] { ShowWelcomeText(); });
+    // The strip lays out its panels when it paints: do it before the reaction is drawn.
+    tolerant([&] { onglets_->refresh(); });
     tolerant([&] { liste(); });
     tolerant([&] { setHint(defaultHint()); });
     // Nothing is picked when the window opens, so the opening hint stays readable.
@@ -312,7 +314,9 @@ void feuilleP::ShowWelcomeText() {
     base.setVerticalAlignment(QTextCharFormat::AlignNormal);
     base.setForeground(QColor(0, 0, 0));
 
+    // Composed in one edit block, so the statement area lays the text out once.
     QTextCursor cur(supertext_->document());
+    cur.beginEditBlock();
     for (const WelcomeSegment& seg : welcomeSegments()) {
         QTextCharFormat f = base;
         QTextBlockFormat block;
@@ -360,6 +364,7 @@ void feuilleP::ShowWelcomeText() {
             cur.insertText(lines[i], f);
         }
     }
+    cur.endEditBlock();
     supertext_->moveCursor(QTextCursor::Start);
     supertext_->show();
     writingStatement_ = false;

@@ -32,6 +32,11 @@ TabStrip::TabStrip(AppState& state, platform::Surface* onglets, QObject* parent)
 
 void TabStrip::setPanels(QWidget* micro, QWidget* macro, QWidget* options) {
     panels_ = {micro, macro, options};
+    // Until the strip first paints, only the first tab's panel is up: the others are not
+    // drawn while the window opens.
+    for (std::size_t i = 1; i < panels_.size(); ++i)
+        if (panels_[i])
+            panels_[i]->hide();
 }
 
 void TabStrip::Onglets_Paint(platform::Canvas& c) {

@@ -2,9 +2,10 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
-#include <QVector>
+#include <QVarLengthArray>
 #include <algorithm>
 #include <cmath>
+#include <deque>
 #include <numbers>
 
 namespace platform {
@@ -91,14 +92,27 @@ Qt::PenStyle penStyleFor(int drawStyle) {
     }
 }
 
-// Bresenham from a to b, leaving out b, as the old line drawing did.
+// From a to b, leaving out b, as the old line drawing did. Axis-parallel lines (most of what
+// this program draws, the window background alone has 601) are filled as one rectangle.
 void plotLine(QPainter& p, QPoint a, QPoint b, const QColor& color) {
+    if (a == b)
+        return;
+    if (a.y() == b.y()) {
+        const int x0 = a.x() < b.x() ? a.x() : b.x() + 1;
+        p.fillRect(QRect(x0, a.y(), std::abs(b.x() - a.x()), 1), color);
+        return;
+    }
+    if (a.x() == b.x()) {
+        const int y0 = a.y() < b.y() ? a.y() : b.y() + 1;
+        p.fillRect(QRect(a.x(), y0, 1, std::abs(b.y() - a.y())), color);
+        return;
+    }
+    // Bresenham for the slanted ones.
     int dx = std::abs(b.x() - a.x()), sx = a.x() < b.x() ? 1 : -1;
     int dy = -std::abs(b.y() - a.y()), sy = a.y() < b.y() ? 1 : -1;
     int err = dx + dy;
     int x = a.x(), y = a.y();
-    QVector<QPoint> pts;
-    pts.reserve(std::max(dx, -dy) + 1);
+    QVarLengthArray<QPoint, 256> pts;
     while (!(x == b.x() && y == b.y())) {
         pts.append(QPoint(x, y));
         const int e2 = 2 * err;
@@ -111,8 +125,6 @@ void plotLine(QPainter& p, QPoint a, QPoint b, const QColor& color) {
             y += sy;
         }
     }
-    if (pts.isEmpty())
-        return;
     p.setPen(QPen(color, 0));
     p.drawPoints(pts.constData(), static_cast<int>(pts.size()));
 }
@@ -271,36 +283,70 @@ void Canvas::pset(double x, double y, std::optional<QColor> color) {
     st_.currentY = y;
 }
 
-QFont Canvas::font() const {
-    const QString family = isSymbolFont(st_.fontName) ? QStringLiteral("Arial") : st_.fontName;
+namespace {
+
+struct FontEntry {
+    QString name;
+    double size;
+    bool bold, italic, underline;
+    int stretch;
+    QFont font;
+    QFontMetricsF metrics;
+};
+
+// Text is printed in small pieces (subscripts, superscripts), each asking for the same few
+// fonts again; a font and its metrics are built once.
+const FontEntry& fontFor(const DrawState& st) {
+    static std::deque<FontEntry> cache;
+    for (const FontEntry& e : cache)
+        if (e.size == st.fontSize && e.bold == st.fontBold && e.italic == st.fontItalic &&
+            e.underline == st.fontUnderline && e.stretch == st.fontStretch && e.name == st.fontName)
+            return e;
+    const QString family = isSymbolFont(st.fontName) ? QStringLiteral("Arial") : st.fontName;
     QFont f;
     f.setFamilies({family, QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
-    f.setPixelSize(std::max(1, pointsToPixels(st_.fontSize)));
-    f.setBold(st_.fontBold);
-    f.setItalic(st_.fontItalic);
-    f.setUnderline(st_.fontUnderline);
-    if (st_.fontStretch != 100)
-        f.setStretch(st_.fontStretch);
-    return f;
+    f.setPixelSize(std::max(1, pointsToPixels(st.fontSize)));
+    f.setBold(st.fontBold);
+    f.setItalic(st.fontItalic);
+    f.setUnderline(st.fontUnderline);
+    if (st.fontStretch != 100)
+        f.setStretch(st.fontStretch);
+    if (cache.size() >= 32)
+        cache.pop_front();
+    cache.push_back({st.fontName, st.fontSize, st.fontBold, st.fontItalic, st.fontUnderline,
+                     st.fontStretch, f, QFontMetricsF(f)});
+    return cache.back();
+}
+
+} // namespace
+
+QFont Canvas::font() const {
+    return fontFor(st_).font;
 }
 
 double Canvas::textWidth(const QString& text) const {
     const QString shown = isSymbolFont(st_.fontName) ? symbolToUnicode(text) : text;
-    return toUserWidth(QFontMetricsF(font()).horizontalAdvance(shown));
+    return toUserWidth(fontFor(st_).metrics.horizontalAdvance(shown));
 }
 
 double Canvas::textHeight(const QString& text) const {
-    const QFontMetricsF fm(font());
+    const QFontMetricsF& fm = fontFor(st_).metrics;
     const auto lines = std::max<qsizetype>(1, text.count(QLatin1Char('\n')) + 1);
     return toUserHeight(fm.height() * static_cast<double>(lines));
 }
 
 void Canvas::print(const QString& text) {
     const QString shown = isSymbolFont(st_.fontName) ? symbolToUnicode(text) : text;
-    const QFont f = font();
-    const QFontMetricsF fm(f);
+    const FontEntry& entry = fontFor(st_);
+    const QFont& f = entry.font;
+    const QFontMetricsF& fm = entry.metrics;
     p_.setFont(f);
     p_.setPen(st_.foreColor);
+    if (!shown.contains(QLatin1Char('\n'))) {
+        p_.drawText(QPointF(toPixelX(st_.currentX), toPixelY(st_.currentY) + fm.ascent()), shown);
+        st_.currentX += toUserWidth(fm.horizontalAdvance(shown));
+        return;
+    }
     const QStringList lines = shown.split(QLatin1Char('\n'));
     for (qsizetype i = 0; i < lines.size(); ++i) {
         QString piece = lines[i];

@@ -53,6 +53,9 @@ void Surface::ensureImage() {
     const QSize want = size().expandedTo(QSize(1, 1));
     if (image_.size() == want)
         return;
+    // A box with Paint code repaints at its new size the next time it is shown or read;
+    // hidden panels resized while the window is built are not drawn for nothing.
+    pending_ = static_cast<bool>(paint_);
     QImage old = image_;
     image_ = QImage(want, QImage::Format_RGB32);
     image_.fill(state_.backColor);
@@ -75,6 +78,8 @@ void Surface::clearImage() {
 Canvas& Surface::canvas() {
     if (!painter_) {
         ensureImage();
+        if (pending_)
+            refresh();
         painter_ = std::make_unique<QPainter>(&image_);
         canvas_ = std::make_unique<Canvas>(*painter_, state_, image_.size());
         canvas_->setBackgroundPicture(&picture_);
@@ -88,6 +93,7 @@ void Surface::cls() {
 }
 
 void Surface::refresh() {
+    pending_ = false;
     if (paint_) {
         endDrawing();
         clearImage();
@@ -122,6 +128,8 @@ void Surface::setPicture(const QImage& picture) {
 QImage Surface::image() {
     endDrawing();
     ensureImage();
+    if (pending_)
+        refresh();
     return image_;
 }
 
@@ -153,6 +161,8 @@ QPointF Surface::toUser(const QPointF& pixel) const {
 void Surface::paintEvent(QPaintEvent*) {
     endDrawing();
     ensureImage();
+    if (pending_)
+        refresh();
     QPainter p(this);
     p.drawImage(0, 0, image_);
 }
@@ -160,8 +170,7 @@ void Surface::paintEvent(QPaintEvent*) {
 void Surface::resizeEvent(QResizeEvent* event) {
     endDrawing();
     ensureImage();
-    if (paint_)
-        refresh();
+    update();
     QWidget::resizeEvent(event);
 }
 

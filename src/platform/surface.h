@@ -32,7 +32,8 @@ public:
     double scaleWidth() const;
     double scaleHeight() const;
 
-    // The Paint event of the box. Runs on refresh() and whenever the box is resized.
+    // The Paint event of the box. Runs on refresh(), and after a resize when the box is next
+    // shown or read.
     using PaintHandler = std::function<void(Canvas&)>;
     void setPaintHandler(PaintHandler handler);
     // Refresh: clears to the background and runs the Paint handler now (if any), then repaints.
@@ -83,6 +84,7 @@ private:
     PaintHandler paint_;
     std::unique_ptr<QPainter> painter_;
     std::unique_ptr<Canvas> canvas_;
+    bool pending_ = false;
 };
 
 } // namespace platform
