@@ -15,7 +15,7 @@ void setUpApplication(QApplication& app) {
                            QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(qtTranslator);
     QFont font;
-    font.setFamilies({QStringLiteral("Arial"), QStringLiteral("Liberation Sans")});
+    font.setFamilies(platform::fontFamilies(QStringLiteral("Arial")));
     font.setPixelSize(platform::pointsToPixels(8));
     QApplication::setFont(font);
 }

@@ -302,9 +302,8 @@ const FontEntry& fontFor(const DrawState& st) {
         if (e.size == st.fontSize && e.bold == st.fontBold && e.italic == st.fontItalic &&
             e.underline == st.fontUnderline && e.stretch == st.fontStretch && e.name == st.fontName)
             return e;
-    const QString family = isSymbolFont(st.fontName) ? QStringLiteral("Arial") : st.fontName;
     QFont f;
-    f.setFamilies({family, QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
+    f.setFamilies(fontFamilies(st.fontName));
     f.setPixelSize(std::max(1, pointsToPixels(st.fontSize)));
     f.setBold(st.fontBold);
     f.setItalic(st.fontItalic);
@@ -322,6 +321,14 @@ const FontEntry& fontFor(const DrawState& st) {
 
 QFont Canvas::font() const {
     return fontFor(st_).font;
+}
+
+QStringList fontFamilies(const QString& name) {
+    // Arial (and Symbol, drawn as Unicode in the ordinary font) go straight to the metric
+    // twin we ship with, sparing a font-configuration lookup for every size and style.
+    if (isSymbolFont(name) || name.compare(QLatin1String("Arial"), Qt::CaseInsensitive) == 0)
+        return {QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")};
+    return {name, QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")};
 }
 
 double Canvas::textWidth(const QString& text) const {

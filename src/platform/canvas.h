@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QSize>
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 class QImage;
@@ -107,6 +108,9 @@ private:
 // Maps text written for the old "Symbol" font to Unicode (Δ, π, →, ←, √, ÷); the extender and
 // arrow head " ¾®" become the one-piece long arrow ⟶.
 QString symbolToUnicode(const QString& text);
+
+// Font families standing for a font name of the old program ("Arial" → Liberation Sans).
+QStringList fontFamilies(const QString& name);
 
 // Pixel size of a font of `points` on a 96-dpi screen, rounded as the old runtime did.
 int pointsToPixels(double points);
