@@ -10,30 +10,19 @@
 #include <QScrollBar>
 #include <QWidget>
 #include <benchmark/benchmark.h>
+
+#include "qtbenchmarkmain.h"
+#include "support/standinwindow.h"
 #include <memory>
 
 namespace {
 
-struct Tab {
-    AppState state;
-    MainContext ctx{state};
-    std::unique_ptr<QWidget> window = std::make_unique<QWidget>();
+struct Tab : StandInWindow {
     MacroPanel* panel = nullptr;
 
-    Tab(int reaction, bool open) {
-        ctx.window = window.get();
-        ctx.Combo1 = new QComboBox(window.get());
-        ctx.Combo1->setProperty("Tag", QString::number(reaction));
-        ctx.Onglets = new platform::Surface(window.get());
-        ctx.Onglets->setGeometry(0, 0, 460, 410);
-        ctx.Option1[0] = new QRadioButton(window.get());
-        ctx.Option1[1] = new QRadioButton(window.get());
-        ctx.Option1[open ? 1 : 0]->setChecked(true);
+    Tab(int reaction, bool open) : StandInWindow(reaction, open) {
         panel = new MacroPanel(ctx, window.get());
         panel->frame2()->setGeometry(4, 20, 452, 386);
-        const chemistry::BondTotals t = chemistry::computeTotals(reaction);
-        state.BrokenBondsEnergy = t.broken;
-        state.FormedBondsEnergy = t.formed;
         window->show();
         panel->prepapic4();
         panel->majqant();
@@ -62,13 +51,4 @@ BENCHMARK_CAPTURE(BM_Majqant, methane_open_repainted, 1, true, true)->Unit(bench
 
 } // namespace
 
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+THERMIVO_QT_BENCHMARK_MAIN()

@@ -11,32 +11,21 @@
 #include <QComboBox>
 #include <QWidget>
 #include <benchmark/benchmark.h>
+
+#include "qtbenchmarkmain.h"
+#include "support/standinwindow.h"
 #include <memory>
 
 namespace {
 
 constexpr int Butane = 4;
 
-struct Tab {
-    AppState state;
-    MainContext ctx{state};
-    std::unique_ptr<QWidget> window = std::make_unique<QWidget>();
+struct Tab : StandInWindow {
     MicroPanel* panel = nullptr;
 
-    Tab() {
-        window->resize(800, 600);
-        ctx.window = window.get();
-        ctx.Combo1 = new QComboBox(window.get());
-        ctx.Combo1->setProperty("Tag", QString::number(Butane));
-        ctx.Onglets = new platform::Surface(window.get());
-        ctx.Onglets->setGeometry(0, 0, 460, 410);
-        for (auto& c : ctx.Check1)
-            c = new QCheckBox(window.get());
+    Tab() : StandInWindow(Butane) {
         panel = new MicroPanel(ctx, window.get());
         panel->picture3()->move(4, 20);
-        const chemistry::BondTotals t = chemistry::computeTotals(Butane);
-        state.BrokenBondsEnergy = t.broken;
-        state.FormedBondsEnergy = t.formed;
         window->show();
         step();
     }
@@ -112,13 +101,4 @@ BENCHMARK(BM_StepLogic)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+THERMIVO_QT_BENCHMARK_MAIN()

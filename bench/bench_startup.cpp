@@ -60,12 +60,26 @@ void measure(benchmark::State& state, const char* exe) {
     state.counters["peak_MB"] = static_cast<double>(peak) / 1024.0;
 }
 
-void BM_BareQtWindow(benchmark::State& state) { measure(state, BARE_EXE); }
-void BM_ThermivoStartup(benchmark::State& state) { measure(state, THERMIVO_EXE); }
+void BM_BareQtWindow(benchmark::State& state) {
+    measure(state, BARE_EXE);
+}
+void BM_ThermivoStartup(benchmark::State& state) {
+    measure(state, THERMIVO_EXE);
+}
 
 } // namespace
 
-BENCHMARK(BM_BareQtWindow)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(20)->Repetitions(3)->ReportAggregatesOnly(true);
-BENCHMARK(BM_ThermivoStartup)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(20)->Repetitions(3)->ReportAggregatesOnly(true);
+BENCHMARK(BM_BareQtWindow)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(20)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
+BENCHMARK(BM_ThermivoStartup)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(20)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
 
 BENCHMARK_MAIN();

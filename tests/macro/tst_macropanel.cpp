@@ -2,6 +2,7 @@
 #include "macro/macropanel.h"
 #include "mainwindow/context.h"
 #include "platform/surface.h"
+#include "support/standinwindow.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -20,20 +21,10 @@ namespace {
 
 // What the main window provides, built by hand: the state, the reaction list with its Tag,
 // the tab strip and the two system options.
-struct Harness {
-    AppState state;
-    MainContext ctx{state};
-    std::unique_ptr<QWidget> window = std::make_unique<QWidget>();
+struct Harness : StandInWindow {
     MacroPanel* panel = nullptr;
 
-    explicit Harness(bool open = true) {
-        ctx.window = window.get();
-        ctx.Combo1 = new QComboBox(window.get());
-        ctx.Onglets = new platform::Surface(window.get(), QStringLiteral("Onglets"));
-        ctx.Onglets->setGeometry(0, 0, 460, 410);
-        ctx.Option1[0] = new QRadioButton(window.get());
-        ctx.Option1[1] = new QRadioButton(window.get());
-        ctx.Option1[open ? 1 : 0]->setChecked(true);
+    explicit Harness(bool open = true) : StandInWindow(1, open) {
         panel = new MacroPanel(ctx, window.get());
         panel->frame2()->setGeometry(4, 20, 452, 386);
         window->show();
@@ -45,9 +36,7 @@ struct Harness {
         ctx.Combo1->setProperty("Tag", QString::number(reaction));
         panel->hscroll1()->setValue(0);
         panel->majqant();
-        const chemistry::BondTotals t = chemistry::computeTotals(reaction);
-        state.BrokenBondsEnergy = t.broken;
-        state.FormedBondsEnergy = t.formed;
+        setReaction(reaction);
         panel->frame2()->refresh();
     }
     void setSystem(bool open) {
