@@ -539,13 +539,7 @@ void EvaluateExpression(QString& expression, std::int16_t& errorCode, std::int16
             break;
         }
 
-        qsizetype b = 0;
-        qsizetype e = expression.size();
-        while (b < e && expression.at(b) == u' ')
-            ++b;
-        while (e > b && expression.at(e - 1) == u' ')
-            --e;
-        expression = expression.mid(b, e - b);
+        expression = trimBlanks(expression);
         if (expression.contains(u' '))
             errorCode = EvalImpossible;
     } catch (const EvalFailure&) {
@@ -553,6 +547,16 @@ void EvaluateExpression(QString& expression, std::int16_t& errorCode, std::int16
     } catch (const NumberOverflow&) {
         errorCode = EvalImpossible;
     }
+}
+
+QString trimBlanks(const QString& text) {
+    qsizetype b = 0;
+    qsizetype e = text.size();
+    while (b < e && text.at(b) == u' ')
+        ++b;
+    while (e > b && text.at(e - 1) == u' ')
+        --e;
+    return text.mid(b, e - b);
 }
 
 } // namespace calculator

@@ -56,4 +56,7 @@ void ReduceFunctions(QString& text, std::int16_t angleMode);
 void ReduceParentheses(QString& text, std::int16_t angleMode);
 void ReduceOperators(QString& text);
 
+// The text without its leading and trailing blanks (spaces only, as the old Trim did).
+QString trimBlanks(const QString& text);
+
 } // namespace calculator

@@ -25,16 +25,6 @@ namespace {
 
 const QString FontName = QStringLiteral("MS Sans Serif");
 
-QString trimBlanks(const QString& s) {
-    qsizetype b = 0;
-    qsizetype e = s.size();
-    while (b < e && s.at(b) == u' ')
-        ++b;
-    while (e > b && s.at(e - 1) == u' ')
-        --e;
-    return s.mid(b, e - b);
-}
-
 QFont keyFont(double points, bool bold) {
     QFont f(FontName);
     f.setPixelSize(platform::pointsToPixels(points));
