@@ -57,6 +57,8 @@ private slots:
     void init();
     void cleanup();
     void startUp();
+    void controlNames_data();
+    void controlNames();
     void sizingRuleOnShow();
     void welcomeText();
     void closing_data();
@@ -134,6 +136,25 @@ void TestFeuilleP::startUp() {
     auto* supertext = w_->findChild<QTextEdit*>(QStringLiteral("supertext"));
     const QRect st = supertext->geometry();
     QCOMPARE(QColor(shot.pixel(st.right() + 2, st.bottom() + 2)), QColor(128, 128, 128));
+}
+
+void TestFeuilleP::controlNames_data() {
+    QTest::addColumn<QString>("name");
+    for (const char* n :
+         {"Label1",   "Combo1",    "Onglets",  "Picture1", "Picture3",  "Picmicro",  "Picture2",
+          "Picture5", "Label2",    "Image4",   "Image5",   "Image6",    "Image7",    "Timer1",
+          "Frame2",   "Text1_0",   "Text1_3",  "Label4_0", "Label4_3",  "Label5",    "Label6",
+          "HScroll1", "Image8",    "Image9",   "Image10",  "Image11",   "Command3",  "Timer2",
+          "Timer3",   "Picture4",  "Check1_0", "Check1_2", "Option1_0", "Option1_1", "info",
+          "fich",     "supertext", "btexo",    "Command1", "Command2",  "Command4",  "Command7",
+          "Command8", "Command10", "Command11"})
+        QTest::newRow(n) << QString::fromLatin1(n);
+}
+
+void TestFeuilleP::controlNames() {
+    // Other windows and tests find the controls by these names.
+    QFETCH(QString, name);
+    QCOMPARE(w_->findChildren<QObject*>(name).size(), 1);
 }
 
 void TestFeuilleP::sizingRuleOnShow() {
