@@ -444,7 +444,7 @@ void feuilleP::Form_Unload() {
             machine && machine->objectName() == QLatin1String("Machine"))
             machine->close();
     });
-    tolerant([&] { findChild<QTimer*>(QStringLiteral("Timer1"))->stop(); });
+    tolerant([&] { micro_->timer1()->stop(); });
     tolerant([&] { InterModuleFile(state_.ProgramFolder).announceStopped(); });
     QCoreApplication::quit();
 }
