@@ -17,6 +17,10 @@ struct AppState {
     std::int16_t StatementModified = 0;
     QString CopyMessage;
 
+    // The configuration file being written or read, set by the open and save dialogs (and by
+    // whoever else opens a configuration) before the writer or the loader runs.
+    QString ConfigFilePath;
+
     // Tabs: 1 Micro, 2 Macro, 3 Options; 0 before the strip is first painted.
     std::int16_t ActiveTab = 0;
 

@@ -2,6 +2,7 @@
 
 #include "calculator/machine.h"
 #include "chemistry/catalogue.h"
+#include "configurations/configurations.h"
 #include "macro/macropanel.h"
 #include "mainwindow/intermodule.h"
 #include "mainwindow/optionspanel.h"
@@ -166,10 +167,16 @@ void feuilleP::buildControls() {
         ++slot;
     }
     // Buttons whose windows arrive later stay greyed rather than doing nothing.
-    for (int n : {2, 4, 7, 10, 11})
+    for (int n : {4, 7, 10})
         commands_[static_cast<std::size_t>(n)]->setEnabled(false);
     connect(commands_[1], &QPushButton::clicked, this, &feuilleP::Command1_Click);
+    connect(commands_[2], &QPushButton::clicked, this, &feuilleP::Command2_Click);
     connect(commands_[8], &QPushButton::clicked, this, &feuilleP::Command8_Click);
+    connect(commands_[11], &QPushButton::clicked, this, &feuilleP::Command11_Click);
+
+    configurations_ = new configurations::Configurations(
+        ctx_, *macro_, [this] { Combo1_Click(); }, this);
+    configurations_->acceptDrops(this, [this](const QString& path) { openConfiguration(path); });
 }
 
 QSize feuilleP::screenPixels() const {
@@ -417,6 +424,29 @@ bool feuilleP::eventFilter(QObject* watched, QEvent* event) {
 
 void feuilleP::Command1_Click() {
     close();
+}
+
+void feuilleP::stopForOpening() {
+    tolerant([&] { micro_->timer1()->stop(); });
+    tolerant([&] { macro_->timer2()->stop(); });
+    tolerant([&] { macro_->timer3()->stop(); });
+    tolerant([&] { macro_->hscroll1()->setValue(0); });
+    tolerant([&] { macro_->majqant(); });
+    state_.AnimStep = 0;
+}
+
+void feuilleP::Command2_Click() {
+    stopForOpening();
+    tolerant([&] { configurations_->showOpenDialog(); });
+}
+
+void feuilleP::Command11_Click() {
+    tolerant([&] { configurations_->showSaveDialog(); });
+}
+
+void feuilleP::openConfiguration(const QString& path) {
+    stopForOpening();
+    tolerant([&] { configurations_->openConfigurationFile(path); });
 }
 
 void feuilleP::Command8_Click() {

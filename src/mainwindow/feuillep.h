@@ -26,6 +26,10 @@ class Canvas;
 class Surface;
 } // namespace platform
 
+namespace configurations {
+class Configurations;
+}
+
 // The main window. It owns the module-wide state and composes one panel per subsystem; its
 // own code is start-up, shutdown, the reaction change and the button row.
 class feuilleP : public QWidget {
@@ -40,6 +44,8 @@ public:
     MacroPanel* macro() const { return macro_; }
     TabStrip* tabs() const { return tabs_; }
     OptionsPanel* options() const { return options_; }
+    // Configuration files: LoadConfiguration and the writer on AppState::ConfigFilePath.
+    configurations::Configurations* configurations() const { return configurations_; }
 
     // Screen size used by the sizing rule; the real screen unless a test sets one.
     void setScreenSizeOverride(std::optional<QSize> pixels) { screenOverride_ = pixels; }
@@ -55,6 +61,11 @@ public:
     // Picks a reaction (1..8) as the user would in the list, and a tab (1..3) as a click on it.
     void selectReaction(int index);
     void selectTab(int tab);
+
+    // Opens a configuration file as "Ouvrir" would, without its dialog (command line, a file
+    // dropped on the window): the animations stop first; a missing or bad file gives the
+    // usual messages.
+    void openConfiguration(const QString& path);
 
 signals:
     // The first time the window has been painted (start-up measurements, --screenshot).
@@ -72,7 +83,9 @@ public:
     void liste();
     void Combo1_Click();
     void Command1_Click();
+    void Command2_Click();
     void Command8_Click();
+    void Command11_Click();
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -86,6 +99,7 @@ private:
     void buildControls();
     void applySizingRule();
     void setHint(const QString& text);
+    void stopForOpening();
     QSize screenPixels() const;
 
     AppState state_;
@@ -102,6 +116,7 @@ private:
     TabStrip* tabs_ = nullptr;
     MicroPanel* micro_ = nullptr;
     MacroPanel* macro_ = nullptr;
+    configurations::Configurations* configurations_ = nullptr;
 
     QImage background_;
     std::optional<QSize> screenOverride_;

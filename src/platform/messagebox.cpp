@@ -23,6 +23,11 @@ bool askYesNo(QWidget* parent, const QString& title, const QString& text) {
                QMessageBox::Yes) == QMessageBox::Yes;
 }
 
+bool askYesNoWarning(QWidget* parent, const QString& title, const QString& text) {
+    return ask(parent, QMessageBox::Warning, title, text, QMessageBox::Yes | QMessageBox::No,
+               QMessageBox::Yes) == QMessageBox::Yes;
+}
+
 void showCritical(QWidget* parent, const QString& title, const QString& text) {
     ask(parent, QMessageBox::Critical, title, text, QMessageBox::Ok, QMessageBox::Ok);
 }

@@ -92,19 +92,66 @@ std::optional<QByteArray> RecordFile::readBytes(int n, int length, Error* error)
     return data;
 }
 
-RecordFile::Error RecordFile::writeText(int n, const QString& text) const {
-    if (n < 1 || n > MaxRecordNumber)
-        return Error::BadRecordNumber;
+std::optional<QByteArray> RecordFile::encodeText(const QString& text, Error* error) {
+    if (error)
+        *error = Error::None;
     const QByteArray encoded = toCp1252(text);
-    if (encoded.size() > MaxTextLength)
-        return Error::TooLong;
+    if (encoded.size() > MaxTextLength) {
+        fail(error, Error::TooLong);
+        return std::nullopt;
+    }
     const auto length = static_cast<quint16>(encoded.size());
     QByteArray record;
     record.reserve(2 + encoded.size());
     record += static_cast<char>(length & 0xFF);
     record += static_cast<char>(length >> 8);
     record += encoded;
-    return writeBytes(n, record);
+    return record;
+}
+
+namespace {
+
+// Length field at `field`, then the text, which must lie within `available` bytes.
+std::optional<QString> decodeRecord(const char* field, qint64 available, RecordFile::Error* error) {
+    if (available < 2) {
+        fail(error, RecordFile::Error::MissingRecord);
+        return std::nullopt;
+    }
+    const int length =
+        static_cast<unsigned char>(field[0]) | (static_cast<unsigned char>(field[1]) << 8);
+    if (length > RecordFile::MaxTextLength || 2 + length > available) {
+        fail(error, RecordFile::Error::BadLength);
+        return std::nullopt;
+    }
+    return fromCp1252(QByteArray(field + 2, length));
+}
+
+} // namespace
+
+std::optional<QString> RecordFile::textAt(const QByteArray& data, int n, Error* error) {
+    if (error)
+        *error = Error::None;
+    if (n < 1) {
+        fail(error, Error::BadRecordNumber);
+        return std::nullopt;
+    }
+    const qint64 start = recordOffset(n);
+    if (start >= data.size()) {
+        fail(error, Error::MissingRecord);
+        return std::nullopt;
+    }
+    const qint64 available = std::min<qint64>(data.size() - start, RecordLength);
+    return decodeRecord(data.constData() + start, available, error);
+}
+
+RecordFile::Error RecordFile::writeText(int n, const QString& text) const {
+    if (n < 1 || n > MaxRecordNumber)
+        return Error::BadRecordNumber;
+    Error error = Error::None;
+    const std::optional<QByteArray> record = encodeText(text, &error);
+    if (!record)
+        return error;
+    return writeBytes(n, *record);
 }
 
 std::optional<QString> RecordFile::readText(int n, Error* error) const {
@@ -113,25 +160,8 @@ std::optional<QString> RecordFile::readText(int n, Error* error) const {
     QFile file(path_);
     if (!openRecord(file, n, 2, error))
         return std::nullopt;
-    const qint64 start = recordOffset(n);
-    const qint64 size = file.size();
-    const QByteArray field = file.read(2);
-    if (field.size() != 2) {
-        fail(error, Error::MissingRecord);
-        return std::nullopt;
-    }
-    const int length =
-        static_cast<unsigned char>(field[0]) | (static_cast<unsigned char>(field[1]) << 8);
-    if (length > MaxTextLength || start + 2 + length > size) {
-        fail(error, Error::BadLength);
-        return std::nullopt;
-    }
-    const QByteArray text = file.read(length);
-    if (text.size() != length) {
-        fail(error, Error::BadLength);
-        return std::nullopt;
-    }
-    return fromCp1252(text);
+    const QByteArray bytes = file.read(RecordLength);
+    return decodeRecord(bytes.constData(), bytes.size(), error);
 }
 
 int RecordFile::recordCount() const {

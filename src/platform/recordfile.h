@@ -53,6 +53,13 @@ public:
     // Number of whole or partial records in the file (0 when missing).
     int recordCount() const;
 
+    // The same layout for callers that keep a whole file in memory (a file written in one
+    // piece, a file read once). encodeText gives the length field and the text, without
+    // filler (TooLong over 126 bytes); textAt reads record n of `data` under the rules of
+    // readText (MissingRecord, BadLength, BadRecordNumber).
+    static std::optional<QByteArray> encodeText(const QString& text, Error* error = nullptr);
+    static std::optional<QString> textAt(const QByteArray& data, int n, Error* error = nullptr);
+
 private:
     bool openRecord(QFile& file, int n, int needed, Error* error) const;
 
