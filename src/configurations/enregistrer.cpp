@@ -49,9 +49,9 @@ void enregistrer::buildControls() {
     file1_->setPattern(QStringLiteral("*.C10"));
 
     command1_ = makeButton(this, QStringLiteral("Command1"), QStringLiteral("ENREGISTRER"),
-                           {264, 282, 94, 26});
-    command2_ =
-        makeButton(this, QStringLiteral("Command2"), QStringLiteral("ANNULER"), {366, 282, 94, 26});
+                           {250, 282, 102, 26});
+    command2_ = makeButton(this, QStringLiteral("Command2"), QStringLiteral("ANNULER"),
+                           {358, 282, 102, 26});
 
     platform::linkFolderLists(drive1_, dir1_, file1_);
     connect(file1_, &platform::FileList::DblClick, this, &enregistrer::File1_DblClick);

@@ -47,9 +47,9 @@ void ouvrir::buildControls() {
     ficharge_->setGeometry(10, 250, 450, 22);
 
     command1_ =
-        makeButton(this, QStringLiteral("Command1"), QStringLiteral("OUVRIR"), {264, 282, 94, 26});
-    command2_ =
-        makeButton(this, QStringLiteral("Command2"), QStringLiteral("ANNULER"), {366, 282, 94, 26});
+        makeButton(this, QStringLiteral("Command1"), QStringLiteral("OUVRIR"), {250, 282, 102, 26});
+    command2_ = makeButton(this, QStringLiteral("Command2"), QStringLiteral("ANNULER"),
+                           {358, 282, 102, 26});
 
     frame1_ = new QFrame(this);
     frame1_->setObjectName(QStringLiteral("Frame1"));

@@ -46,7 +46,10 @@ QList<DriveList::Volume> DriveList::systemVolumes() {
         if (!v.isValid() || !v.isReady())
             continue;
         const QString root = normalFolder(v.rootPath());
-        if (seen.contains(root))
+        // Boot partitions and the read-only images of packaged applications hold no user's
+        // files; they would only crowd the list.
+        if (seen.contains(root) || root == QLatin1String("/boot") ||
+            root.startsWith(QLatin1String("/boot/")) || root.startsWith(QLatin1String("/snap/")))
             continue;
         seen.insert(root);
         QString label = v.name();

@@ -1,0 +1,1 @@
+thermivo_add_bench(bench_configurations ENGINE ${CMAKE_CURRENT_LIST_DIR}/bench_configurations.cpp)
