@@ -7,6 +7,7 @@
 #include <QTest>
 #include <csignal>
 #include <sys/resource.h>
+#include <unistd.h>
 
 using configurations::ConfigurationData;
 Q_DECLARE_METATYPE(ConfigurationData)
@@ -194,6 +195,7 @@ void TestConfigurationFile::writeFailuresKeepTheOldFile_data() {
     QTest::newRow("missing folder") << "absent/essai.C10";
     QTest::newRow("below a file") << "old.C10/essai.C10";
     QTest::newRow("name too long for the file system") << QString(300, u'n') + ".C10";
+    QTest::newRow("read-only folder") << "lecture/old.C10";
 }
 
 void TestConfigurationFile::writeFailuresKeepTheOldFile() {
@@ -202,13 +204,35 @@ void TestConfigurationFile::writeFailuresKeepTheOldFile() {
     QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("dossier.C10")));
     const QByteArray old = "previous content";
     store(dir.filePath(QStringLiteral("old.C10")), old);
+    const bool readOnly = name.startsWith(QLatin1String("lecture/"));
+    if (readOnly) {
+        if (geteuid() == 0)
+            QSKIP("the administrator writes into read-only folders");
+        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("lecture")));
+        store(dir.filePath(name), old);
+        QFile::setPermissions(dir.filePath(QStringLiteral("lecture")),
+                              QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    }
     const QByteArray bytes = records({"TERVO", " 0", "1", "1", "0", "0", "0", "0"});
-    QVERIFY(!configurations::writeConfigurationFile(dir.filePath(name), bytes));
+    const bool written = configurations::writeConfigurationFile(dir.filePath(name), bytes);
+    if (readOnly) {
+        QCOMPARE(load(dir.filePath(name)), old);
+        QCOMPARE(
+            QDir(dir.filePath(QStringLiteral("lecture"))).entryList(QDir::Files | QDir::Hidden),
+            QStringList({QStringLiteral("old.C10")}));
+        QFile::setPermissions(dir.filePath(QStringLiteral("lecture")), QFileDevice::ReadOwner |
+                                                                           QFileDevice::WriteOwner |
+                                                                           QFileDevice::ExeOwner);
+    }
+    QVERIFY(!written);
     QCOMPARE(load(dir.filePath(QStringLiteral("old.C10"))), old);
     QVERIFY(QFileInfo(dir.filePath(QStringLiteral("dossier.C10"))).isDir());
     // Nothing left behind beside them.
+    QStringList expected = {QStringLiteral("dossier.C10"), QStringLiteral("old.C10")};
+    if (readOnly)
+        expected.insert(1, QStringLiteral("lecture"));
     QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
-             QStringList({QStringLiteral("dossier.C10"), QStringLiteral("old.C10")}));
+             expected);
 }
 
 void TestConfigurationFile::fullDiskKeepsTheOldFile() {
