@@ -169,6 +169,12 @@ void MacroPanel::buildControls() {
     picture4_->setBackColor(TableBack);
     picture4_->setGeometry(PictureLeft, PictureTop, PictureWidth, PictureHeight);
     picture4_->setFocusPolicy(Qt::StrongFocus);
+    // Drawn from outside any Paint handler; printing redraws it from the same code at the
+    // printer's resolution.
+    picture4_->setRedrawHandler([self = QPointer<MacroPanel>(this)](Canvas& c) {
+        if (self)
+            self->drawPicture4(c);
+    });
 
     using Glyph = platform::ImageButton::Glyph;
     image8_ = new platform::ImageButton(Glyph::First, QStringLiteral("Image8"),
@@ -264,23 +270,6 @@ void MacroPanel::majqant() {
     drawGauges(open ? GaugeMode::Open : GaugeMode::Isolated, value);
 }
 
-void MacroPanel::drawGauges(GaugeMode mode, int sliderValue) {
-    const macro::GaugeLevels g = macro::gaugeLevels(mode, sliderValue, ctx_.state.CoolingCounter);
-    picture4_->cls(); // back to the frozen background
-    Canvas& c = picture4_->canvas();
-    platform::DrawState& s = c.state();
-    s.fillStyle = FillStyle::Solid;
-    c.line(138, g.systemThermometer, 138, 198, Red);
-    s.fillColor = Blue;
-    c.line(55, g.systemBar, 85, 218, Black, LineKind::Box);
-    c.line(53, 138, 88, 138, Black);
-    c.line(338, g.surroundingsThermometer, 338, 198, Red);
-    s.fillColor = Blue;
-    c.line(255, g.surroundingsBar, 285, 218, Black, LineKind::Box);
-    c.line(253, 98, 288, 98, Black);
-    s.fillStyle = FillStyle::Transparent;
-}
-
 namespace {
 
 // A thermometer of the system picture; the surroundings' one is the same 200 pixels right.
@@ -302,13 +291,8 @@ void drawThermometer(Canvas& c, int dx) {
     c.line(137 + dx, 25, 139 + dx, 198, platform::qbColor(8), LineKind::Box);
 }
 
-} // namespace
-
-void MacroPanel::prepapic4() {
-    const bool open = isOpenSystem();
-    picture4_->clearPicture();
-    picture4_->cls();
-    Canvas& c = picture4_->canvas();
+// The system picture's background: the ball, the two thermometers and bars, the captions.
+void drawSystemBackground(Canvas& c, bool open) {
     platform::DrawState& s = c.state();
     s.foreColor = Black;
     s.drawWidth = 1;
@@ -367,7 +351,42 @@ void MacroPanel::prepapic4() {
         c.line(331, 106, 346, 106, Black);
     else
         c.line(331, 136, 346, 136, Black);
+}
 
+// The levels over the background: red columns, blue energy bars and their marks.
+void drawGaugeBars(Canvas& c, const macro::GaugeLevels& g) {
+    platform::DrawState& s = c.state();
+    s.fillStyle = FillStyle::Solid;
+    c.line(138, g.systemThermometer, 138, 198, Red);
+    s.fillColor = Blue;
+    c.line(55, g.systemBar, 85, 218, Black, LineKind::Box);
+    c.line(53, 138, 88, 138, Black);
+    c.line(338, g.surroundingsThermometer, 338, 198, Red);
+    s.fillColor = Blue;
+    c.line(255, g.surroundingsBar, 285, 218, Black, LineKind::Box);
+    c.line(253, 98, 288, 98, Black);
+    s.fillStyle = FillStyle::Transparent;
+}
+
+} // namespace
+
+void MacroPanel::drawGauges(GaugeMode mode, int sliderValue) {
+    gauges_ = macro::gaugeLevels(mode, sliderValue, ctx_.state.CoolingCounter);
+    picture4_->cls(); // back to the frozen background
+    drawGaugeBars(picture4_->canvas(), gauges_);
+}
+
+void MacroPanel::drawPicture4(Canvas& c) {
+    drawSystemBackground(c, systemOpen_);
+    drawGaugeBars(c, gauges_);
+}
+
+void MacroPanel::prepapic4() {
+    const bool open = isOpenSystem();
+    systemOpen_ = open;
+    picture4_->clearPicture();
+    picture4_->cls();
+    drawSystemBackground(picture4_->canvas(), open);
     picture4_->freezePicture();
     drawGauges(open ? GaugeMode::Open : GaugeMode::Isolated, 0);
 }

@@ -67,10 +67,14 @@ private:
                       int column);
     void updateColumns();
     void drawGauges(macro::GaugeMode mode, int sliderValue);
+    // What Picture4 shows now (background and levels), on any canvas.
+    void drawPicture4(platform::Canvas& c);
     bool isOpenSystem() const;
     bool handleAmountKey(int index, QEvent* event);
 
     MainContext& ctx_;
+    bool systemOpen_ = true;      // the kind of system the background was drawn for
+    macro::GaugeLevels gauges_{}; // the levels last drawn
     platform::Surface* frame2_ = nullptr;
     platform::Surface* picture4_ = nullptr;
     std::array<QLineEdit*, 4> text1_{};
