@@ -165,6 +165,13 @@ void confimp::Command1_Click() {
         showEmptyChoice(this);
         return;
     }
+    if (printer_.printerName().isEmpty() && printer_.outputFileName().isEmpty()) {
+        // No printer on this computer and no file chosen yet: the printer dialog offers a PDF
+        // file. Cancelled, nothing is printed and the window stays.
+        Command2_Click();
+        if (printer_.printerName().isEmpty() && printer_.outputFileName().isEmpty())
+            return;
+    }
     for (QWidget* w : {static_cast<QWidget*>(command1_), static_cast<QWidget*>(command2_),
                        static_cast<QWidget*>(command3_), static_cast<QWidget*>(apercu_),
                        static_cast<QWidget*>(frame1_)})

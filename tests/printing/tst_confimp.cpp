@@ -79,6 +79,7 @@ private slots:
     void copies();
     void preview();
     void printerDialog();
+    void noPrinterAsksForOne();
     void realPicturesPrintAsDrawings();
 
 private:
@@ -366,6 +367,21 @@ void TestConfimp::printerDialog() {
     // The name shown follows the printer.
     QCOMPARE(w_->findChild<QLineEdit*>(QStringLiteral("defaut"))->text(),
              QStringLiteral("autre.pdf"));
+}
+
+void TestConfimp::noPrinterAsksForOne() {
+    // A computer without printers, before any file was chosen.
+    printer_->setOutputFileName(QString());
+    tick({0});
+    bool asked = false;
+    whenModal(w_.get(), [&](QWidget* m) {
+        asked = qobject_cast<QPrintDialog*>(m) != nullptr;
+        qobject_cast<QDialog*>(m)->reject();
+    });
+    w_->Command1_Click();
+    QVERIFY(asked);
+    QVERIFY(w_->isVisible());
+    QVERIFY(w_->findChild<QWidget*>(QStringLiteral("Frame1"))->isVisible());
 }
 
 void TestConfimp::realPicturesPrintAsDrawings() {
