@@ -4,12 +4,14 @@
 #   ./dev.sh test    install what is missing, build, run the whole test suite headless
 #   ./dev.sh bench   install what is missing, build optimised, run the benchmarks
 #   ./dev.sh shots   render the main window for every reaction and tab into shots/
+#   ./dev.sh deb     build the Debian package thermivo_VERSION_ARCH.deb in build-release/
 set -euo pipefail
 cd "$(dirname "$0")"
 
-PACKAGES=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools libgl-dev
+PACKAGES=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools libgl-dev qt6-svg-dev
           qt6-translations-l10n fonts-liberation fonts-dejavu-core libbenchmark-dev
-          xvfb xauth)
+          xvfb xauth
+          desktop-file-utils appstream xdg-utils shared-mime-info dpkg-dev)
 
 install_missing() {
     local missing=()
@@ -55,6 +57,12 @@ bench)
         fi
     done
     ;;
+deb)
+    install_missing
+    build build-release Release -DTHERMIVO_BUILD_TESTS=OFF -DTHERMIVO_BUILD_BENCH=OFF
+    (cd build-release && cpack -G DEB >/dev/null)
+    ls build-release/thermivo_*.deb
+    ;;
 shots)
     install_missing
     build build RelWithDebInfo
@@ -68,7 +76,7 @@ shots)
     echo "Pictures in shots/"
     ;;
 *)
-    echo "usage: $0 run|test|bench|shots" >&2
+    echo "usage: $0 run|test|bench|shots|deb" >&2
     exit 2
     ;;
 esac
