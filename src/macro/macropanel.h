@@ -71,6 +71,8 @@ private:
     void drawPicture4(platform::Canvas& c);
     bool isOpenSystem() const;
     bool handleAmountKey(int index, QEvent* event);
+    void pasteAmount(int index);
+    void showAmountMenu(int index, const QPoint& pos);
 
     MainContext& ctx_;
     bool systemOpen_ = true;      // the kind of system the background was drawn for
