@@ -26,10 +26,11 @@ namespace {
 constexpr double TwipsPerPixel = 15.0;
 
 // What Qt's formats cannot hold on their own, kept so that a document read from RTF writes
-// back the same: the font name as the file gave it (the shown families may differ) and a
-// picture's bytes and RTF sizes.
+// back the same: the font name as the file gave it (the shown families may differ), a
+// picture's bytes and RTF sizes, and which tab stop only stands for a hanging indent.
 enum Property {
     FontName = QTextFormat::UserProperty + 0x52,
+    HangingTab,
     PictureData,
     PictureKind,
     PictureKindParameter,
@@ -138,29 +139,38 @@ QTextBlockFormat toQt(const rtf::ParagraphFormat& p) {
     b.setTextIndent(p.firstIndent / TwipsPerPixel);
     b.setTopMargin(p.spaceBefore / TwipsPerPixel);
     b.setBottomMargin(p.spaceAfter / TwipsPerPixel);
-    if (!p.tabs.empty()) {
-        QList<QTextOption::Tab> tabs;
-        for (const rtf::TabStop& t : p.tabs) {
-            QTextOption::Tab tab;
-            // RTF measures tab stops from the page margin, Qt from the paragraph's indent.
-            tab.position = (t.position - p.leftIndent) / TwipsPerPixel;
-            switch (t.kind) {
-            case rtf::TabKind::Left:
-                tab.type = QTextOption::LeftTab;
-                break;
-            case rtf::TabKind::Center:
-                tab.type = QTextOption::CenterTab;
-                break;
-            case rtf::TabKind::Right:
-                tab.type = QTextOption::RightTab;
-                break;
-            case rtf::TabKind::Decimal:
-                tab.type = QTextOption::DelimiterTab;
-                tab.delimiter = QLatin1Char(','); // the French decimal comma
-                break;
-            }
-            tabs.append(tab);
+    // RTF measures tab stops from the page margin, Qt from where the line starts: for the
+    // first line, the left indent plus the first-line indent.
+    const int origin = p.leftIndent + p.firstIndent;
+    QList<QTextOption::Tab> tabs;
+    bool stopAtIndent = false;
+    for (const rtf::TabStop& t : p.tabs) {
+        QTextOption::Tab tab;
+        tab.position = (t.position - origin) / TwipsPerPixel;
+        switch (t.kind) {
+        case rtf::TabKind::Left:
+            tab.type = QTextOption::LeftTab;
+            break;
+        case rtf::TabKind::Center:
+            tab.type = QTextOption::CenterTab;
+            break;
+        case rtf::TabKind::Right:
+            tab.type = QTextOption::RightTab;
+            break;
+        case rtf::TabKind::Decimal:
+            tab.type = QTextOption::DelimiterTab;
+            tab.delimiter = QLatin1Char(','); // the French decimal comma
+            break;
         }
+        tabs.append(tab);
+        stopAtIndent = stopAtIndent || t.position == p.leftIndent;
+    }
+    // A hanging indent is a tab stop too (the text after a list's bullet lines up there).
+    if (p.firstIndent < 0 && !stopAtIndent) {
+        tabs.append(QTextOption::Tab(-p.firstIndent / TwipsPerPixel, QTextOption::LeftTab));
+        b.setProperty(HangingTab, true);
+    }
+    if (!tabs.isEmpty()) {
         std::stable_sort(tabs.begin(), tabs.end(),
                          [](const auto& a, const auto& b) { return a.position < b.position; });
         b.setTabPositions(tabs);
@@ -182,9 +192,14 @@ rtf::ParagraphFormat fromQt(const QTextBlockFormat& b) {
     p.firstIndent = toTwips(b.textIndent());
     p.spaceBefore = toTwips(b.topMargin());
     p.spaceAfter = toTwips(b.bottomMargin());
+    bool hanging = b.boolProperty(HangingTab);
     for (const QTextOption::Tab& t : b.tabPositions()) {
         rtf::TabStop tab;
-        tab.position = toTwips(t.position) + p.leftIndent;
+        tab.position = toTwips(t.position) + p.leftIndent + p.firstIndent;
+        if (hanging && tab.position == p.leftIndent && t.type == QTextOption::LeftTab) {
+            hanging = false; // the stop the hanging indent made, not one of the file's
+            continue;
+        }
         switch (t.type) {
         case QTextOption::LeftTab:
             break;
