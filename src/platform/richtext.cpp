@@ -16,7 +16,6 @@
 #include <QTextEdit>
 #include <QUrl>
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 
 namespace platform {
@@ -230,8 +229,10 @@ QImage placeholder(int width, int height) {
     return img;
 }
 
-QTextImageFormat toQt(const rtf::Picture& pict, const QTextCharFormat& base, QTextDocument& doc) {
-    static std::atomic<int> counter{0};
+// Pictures are resources named by their order in the document, so that a new load replaces
+// the previous one's instead of piling up beside them.
+QTextImageFormat toQt(const rtf::Picture& pict, const QTextCharFormat& base, QTextDocument& doc,
+                      int number) {
     QImage img;
     if (pict.kind == rtf::PictureKind::Png || pict.kind == rtf::PictureKind::Jpeg)
         img.loadFromData(pict.data, pict.kind == rtf::PictureKind::Png ? "PNG" : "JPEG");
@@ -243,7 +244,7 @@ QTextImageFormat toQt(const rtf::Picture& pict, const QTextCharFormat& base, QTe
     }
     if (img.isNull())
         img = placeholder(static_cast<int>(width), static_cast<int>(height));
-    const QString name = QStringLiteral("rtfpict:%1").arg(++counter);
+    const QString name = QStringLiteral("rtfpict:%1").arg(number);
     doc.addResource(QTextDocument::ImageResource, QUrl(name), img);
 
     QTextImageFormat f;
@@ -302,9 +303,16 @@ std::optional<rtf::Picture> fromQt(const QTextImageFormat& f, const QTextDocumen
 void fillTextDocument(QTextDocument& doc, const rtf::Document& model) {
     const bool undo = doc.isUndoRedoEnabled();
     doc.setUndoRedoEnabled(false);
-    doc.clear();
+    // The old content goes in the same edit block as the new one comes: a text edit then
+    // lays the document out once, instead of also for an empty moment that would hide and
+    // show its scroll bar, each time at another width.
     QTextCursor cur(&doc);
     cur.beginEditBlock();
+    cur.select(QTextCursor::Document);
+    cur.removeSelectedText();
+    cur.setBlockFormat(QTextBlockFormat());
+    cur.setBlockCharFormat(QTextCharFormat());
+    int pictures = 0;
     // Neighbouring runs and paragraph marks mostly share formats: convert each one once.
     const rtf::CharFormat* lastModel = nullptr;
     QTextCharFormat last;
@@ -327,7 +335,7 @@ void fillTextDocument(QTextDocument& doc, const rtf::Document& model) {
         }
         for (const rtf::Run& r : p.runs) {
             if (r.picture)
-                cur.insertImage(toQt(*r.picture, convert(r.format), doc));
+                cur.insertImage(toQt(*r.picture, convert(r.format), doc, ++pictures));
             else
                 cur.insertText(r.text, convert(r.format));
         }
@@ -378,7 +386,15 @@ QByteArray toRtf(const QTextDocument& doc) {
 
 void setRichText(QTextEdit& edit, QByteArrayView rtf) {
     const QSignalBlocker quiet(&edit); // the program's write is not an edit
+    // A text that needs the scroll bar would be laid out twice: at the full width, then again
+    // at the width left once the bar shows. Laid out with the bar, a long text is laid out
+    // once; a short one gives the bar back and is laid out again, cheaply.
+    const bool asNeeded = edit.verticalScrollBarPolicy() == Qt::ScrollBarAsNeeded;
+    if (asNeeded)
+        edit.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setRtf(*edit.document(), rtf);
+    if (asNeeded)
+        edit.setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     edit.moveCursor(QTextCursor::Start);
 }
 

@@ -43,12 +43,12 @@ struct TabStop {
 
 struct ParagraphFormat {
     Alignment alignment = Alignment::Left;
-    int leftIndent = 0;  // \li, twips
-    int rightIndent = 0; // \ri
-    int firstIndent = 0; // \fi, relative to the left indent (negative: hanging)
-    int spaceBefore = 0; // \sb
-    int spaceAfter = 0;  // \sa
-    std::vector<TabStop> tabs;
+    int leftIndent = 0;        // \li, twips
+    int rightIndent = 0;       // \ri
+    int firstIndent = 0;       // \fi, relative to the left indent (negative: hanging)
+    int spaceBefore = 0;       // \sb
+    int spaceAfter = 0;        // \sa
+    std::vector<TabStop> tabs; // by position
     friend bool operator==(const ParagraphFormat&, const ParagraphFormat&) = default;
 };
 

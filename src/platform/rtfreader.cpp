@@ -779,6 +779,8 @@ void Reader::tableWord(Kw kw, Param p) {
 }
 
 void Reader::pictureWord(Kw kw, Param p) {
+    if (kw <= Kw::WBitmap) // a kind word: the last one says
+        pict_.kindParameter = 0;
     switch (kw) {
     case Kw::PngBlip:
         pict_.kind = PictureKind::Png;
@@ -983,9 +985,12 @@ void Reader::unicodeChar(int code) {
 void Reader::put(char16_t c) {
     if (st_.dest != Dest::Text || st_.hidden || overflowSkip_ > 0)
         return;
-    // Control characters (C0 but the tab, DEL, C1) have nothing to show.
-    if ((c < 0x20 && c != u'\t') || (c >= 0x7F && c <= 0x9F))
+    // Control characters (C0 but the tab, DEL, C1) have nothing to show, and the object
+    // mark stands for pictures only. A paragraph separator inside text breaks the line.
+    if ((c < 0x20 && c != u'\t') || (c >= 0x7F && c <= 0x9F) || c == 0xFFFC)
         return;
+    if (c == 0x2029)
+        c = 0x2028;
     if (!runMatches_) {
         const CharFormat f = resolve();
         if (para_.runs.empty() || para_.runs.back().picture || para_.runs.back().format != f)
@@ -998,6 +1003,8 @@ void Reader::put(char16_t c) {
 void Reader::endParagraph() {
     skipChars_ = 0;
     para_.format = st_.para;
+    std::stable_sort(para_.format.tabs.begin(), para_.format.tabs.end(),
+                     [](const TabStop& a, const TabStop& b) { return a.position < b.position; });
     para_.mark = resolve();
     doc_.paragraphs.push_back(std::move(para_));
     para_ = Paragraph{};

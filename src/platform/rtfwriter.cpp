@@ -201,6 +201,7 @@ void Writer::character(char16_t c, bool symbol) {
         word("\\tab ");
         return;
     case 0x2028:
+    case 0x2029:
         word("\\line ");
         return;
     case 0x00A0:

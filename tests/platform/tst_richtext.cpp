@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -113,11 +114,13 @@ private slots:
     void pictures();
     void modelRoundTrip_data();
     void modelRoundTrip();
+    void randomDocumentsRoundTrip();
     void documentWrittenByCode();
     void pastedPicture();
     void subscriptsAreDrawnLowered();
     void listTextLinesUp();
     void loadIsNotAnEdit();
+    void scrollBarFollowsTheLength();
     void filesInAndOut();
     void printing();
 };
@@ -244,6 +247,29 @@ void TestRichText::modelRoundTrip() {
     QVERIFY(platform::rtf::read(platform::toRtf(doc)) == model);
 }
 
+void TestRichText::randomDocumentsRoundTrip() {
+    // Every model the reader makes comes back unchanged from a text document, but for the
+    // fonts it leaves to the default font: they come back as that font.
+    QRandomGenerator rng(2024);
+    QTextDocument doc;
+    const QString defaultFamily = doc.defaultFont().families().value(0);
+    for (int i = 0; i < 300; ++i) {
+        const QByteArray in = "{\\rtf1 " + rtftest::jumble(rng, 50);
+        Document model = platform::rtf::read(in);
+        if (model.paragraphs.empty())
+            continue;
+        platform::fillTextDocument(doc, model);
+        for (platform::rtf::Paragraph& p : model.paragraphs) {
+            if (p.mark.font.isEmpty())
+                p.mark.font = defaultFamily;
+            for (platform::rtf::Run& r : p.runs)
+                if (r.format.font.isEmpty())
+                    r.format.font = defaultFamily;
+        }
+        QVERIFY2(platform::textDocumentModel(doc) == model, in.constData());
+    }
+}
+
 void TestRichText::documentWrittenByCode() {
     // Built as the program builds its welcome text: families, sizes and colours set on the
     // formats, paragraph indents in pixels.
@@ -351,6 +377,26 @@ void TestRichText::loadIsNotAnEdit() {
     QTest::keyClicks(&edit, QStringLiteral("x"));
     QCOMPARE(changed.count(), 1);
     QCOMPARE(edit.toPlainText(), QStringLiteral("xCO2\nsuite"));
+}
+
+void TestRichText::scrollBarFollowsTheLength() {
+    // Loads lay the text out with the scroll bar, then give the bar back to the text's length.
+    QTextEdit edit;
+    edit.resize(311, 436);
+    edit.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&edit));
+    QByteArray longText = "{\\rtf1 ";
+    for (int i = 0; i < 60; ++i)
+        longText += "Ligne\\par ";
+    for (const auto& [rtf, bar] :
+         {std::pair{QByteArray("{\\rtf1 court}"), false}, std::pair{longText + "}", true},
+          std::pair{QByteArray("{\\rtf1 court}"), false}}) {
+        platform::setRichText(edit, rtf);
+        QApplication::processEvents();
+        QCOMPARE(edit.verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
+        QCOMPARE(edit.verticalScrollBar()->isVisible(), bar);
+        QCOMPARE(edit.document()->textWidth(), double(edit.viewport()->width()));
+    }
 }
 
 void TestRichText::filesInAndOut() {

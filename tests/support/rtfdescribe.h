@@ -2,6 +2,7 @@
 
 #include "platform/rtfdocument.h"
 
+#include <QRandomGenerator>
 #include <QStringList>
 
 // A compact text of an RTF model for test tables: paragraphs joined by "¶", runs by "|", each
@@ -94,6 +95,76 @@ inline QString describe(const Document& d) {
     for (const Paragraph& p : d.paragraphs)
         paras << describe(p);
     return paras.join(QStringLiteral("¶"));
+}
+
+// Up to `count` pieces of RTF drawn at random: control words of every kind, tables, pictures,
+// escapes, unbalanced groups. For round-trip tests over documents nobody would write by hand.
+inline QByteArray jumble(QRandomGenerator& rng, int count) {
+    static const char* const pieces[] = {
+        "{",
+        "}",
+        "\\par ",
+        "\\b ",
+        "\\b0 ",
+        "\\i",
+        "\\ul",
+        "\\ulnone",
+        "\\super ",
+        "\\sub ",
+        "\\nosupersub ",
+        "\\up6 ",
+        "\\dn4 ",
+        "\\plain ",
+        "\\f0 ",
+        "\\f1 ",
+        "\\f2 ",
+        "{\\fonttbl{\\f0 Arial;}{\\f1\\fcharset2 Symbol;}{\\f2\\fcharset2 Wingdings;}}",
+        "{\\colortbl;\\red1\\green2\\blue3;\\red200\\green0\\blue0;}",
+        "\\cf1 ",
+        "\\cf2 ",
+        "\\highlight1 ",
+        "\\fs20 ",
+        "\\qc ",
+        "\\qr ",
+        "\\qj ",
+        "\\pard ",
+        "\\li300 ",
+        "\\fi-200 ",
+        "\\tx720 ",
+        "\\tqr\\tx100 ",
+        "\\'e9",
+        "\\'44",
+        "\\u916?",
+        "\\u-4028?",
+        "\\u-4?",
+        "\\u8233?",
+        "\\uc2 ",
+        "\\uc0 ",
+        "a",
+        "b c",
+        "D",
+        "\\tab ",
+        "\\line ",
+        "\\~",
+        "\\-",
+        "\\\\",
+        "\\{",
+        "{\\*\\foo ",
+        "{\\pict\\pngblip\\picwgoal15\\pichgoal15 ",
+        "{\\pict\\wmetafile8 ",
+        "0a1b",
+        "\\bin3 xyz",
+        "{\\nonshppict",
+        "\\v ",
+        "\\v0 ",
+        "\\sect ",
+        "{\\field{\\*\\fldinst x}{\\fldrslt ",
+        "\\cell "};
+    QByteArray out;
+    const int length = static_cast<int>(rng.bounded(count));
+    for (int k = 0; k < length; ++k)
+        out += pieces[rng.bounded(static_cast<int>(std::size(pieces)))];
+    return out;
 }
 
 } // namespace rtftest
