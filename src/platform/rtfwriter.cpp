@@ -29,7 +29,7 @@ private:
         out_ += QByteArray::number(n);
     }
     void paragraphFormat(const ParagraphFormat& p);
-    void switchTo(const CharFormat& f);
+    void openRun(const CharFormat& f);
     void text(const QString& s, bool symbol);
     void character(char16_t c, bool symbol);
     void picture(const Picture& p);
@@ -39,7 +39,6 @@ private:
     std::vector<QString> fonts_;
     bool unnamed_ = false;
     std::vector<Color> colors_;
-    std::optional<CharFormat> current_;
 };
 
 QByteArray Writer::run() {
@@ -73,17 +72,20 @@ QByteArray Writer::run() {
         word("}");
     }
     word("\r\n");
+    // Each run is a group holding its formatting, as Word and pandoc write them (LibreOffice
+    // loses text when \plain closes a superscript). The paragraph mark is a group too.
     for (const Paragraph& p : doc_.paragraphs) {
         paragraphFormat(p.format);
         for (const Run& r : p.runs) {
-            switchTo(r.format);
+            openRun(r.format);
             if (r.picture)
                 picture(*r.picture);
             else
                 text(r.text, isSymbolFont(r.format.font));
+            word("}");
         }
-        switchTo(p.mark);
-        word("\\par\r\n");
+        openRun(p.mark);
+        word("\\par}\r\n");
     }
     word("}");
     return out_;
@@ -156,10 +158,8 @@ void Writer::paragraphFormat(const ParagraphFormat& p) {
     word(" ");
 }
 
-void Writer::switchTo(const CharFormat& f) {
-    if (current_ == f)
-        return;
-    word("\\plain");
+void Writer::openRun(const CharFormat& f) {
+    word("{");
     if (!f.font.isEmpty())
         word("\\f", fontNumber(f.font));
     if (f.halfPoints != 24)
@@ -180,8 +180,9 @@ void Writer::switchTo(const CharFormat& f) {
         word("\\super");
     else if (f.vertical == VerticalAlign::Sub)
         word("\\sub");
+    if (out_.endsWith('{'))
+        return;
     word(" ");
-    current_ = f;
 }
 
 void Writer::text(const QString& s, bool symbol) {
