@@ -7,11 +7,16 @@
 #include "platform/imagebutton.h"
 #include "platform/surface.h"
 
+#include <QAction>
+#include <QClipboard>
 #include <QCoreApplication>
 #include <QFocusEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMouseEvent>
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
@@ -117,7 +122,6 @@ void MacroPanel::buildControls() {
         if (self)
             self->paintTable(c);
     });
-    frame2_->installEventFilter(this);
 
     // Small enough for "66 666,664" to show whole in a 65-pixel field.
     const QFont valueFont = controlFont(8, false);
@@ -130,6 +134,11 @@ void MacroPanel::buildControls() {
         field->setStyleSheet(fieldStyle(i < 2 ? White : QColor(224, 224, 224)));
         field->setText(i < 2 ? QStringLiteral("1,0") : QStringLiteral("0,0"));
         field->installEventFilter(this);
+        // Dropped and middle-click text would also bypass the key filter.
+        field->setAcceptDrops(false);
+        field->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(field, &QWidget::customContextMenuRequested, this,
+                [this, i](const QPoint& pos) { showAmountMenu(i, pos); });
         text1_[static_cast<std::size_t>(i)] = field;
 
         auto* amount = new QLabel(frame2_);
@@ -556,7 +565,16 @@ void MacroPanel::Timer3_Timer() {
 }
 
 bool MacroPanel::handleAmountKey(int index, QEvent* event) {
-    const int code = keyAsciiOf(static_cast<QKeyEvent*>(event));
+    const auto* ke = static_cast<QKeyEvent*>(event);
+    // The editing shortcuts the field's own menu advertises; a paste goes through the key
+    // filter like typing.
+    if (ke->matches(QKeySequence::Paste)) {
+        pasteAmount(index);
+        return true;
+    }
+    if (ke->matches(QKeySequence::SelectAll) || ke->matches(QKeySequence::Copy))
+        return false;
+    const int code = keyAsciiOf(ke);
     if (code < 0)
         return false;
     const macro::KeyFilterResult r = macro::filterAmountKey(code);
@@ -573,13 +591,40 @@ bool MacroPanel::handleAmountKey(int index, QEvent* event) {
     return false;
 }
 
+void MacroPanel::pasteAmount(int index) {
+    const QString text = macro::filterPastedAmount(QGuiApplication::clipboard()->text());
+    if (!text.isEmpty())
+        text1_[static_cast<std::size_t>(index)]->insert(text);
+}
+
+void MacroPanel::showAmountMenu(int index, const QPoint& pos) {
+    // The field's own menu would paste the clipboard unfiltered, so it gets this one, whose
+    // paste is the key filter's.
+    QLineEdit* field = text1_[static_cast<std::size_t>(index)];
+    const bool selected = field->hasSelectedText();
+    QMenu menu(field);
+    const auto add = [&](const char* id, const QString& text, QKeySequence::StandardKey key,
+                         bool enabled, auto handler) {
+        QAction* a = menu.addAction(text, this, handler);
+        a->setObjectName(QString::fromLatin1(id));
+        a->setShortcut(key);
+        a->setEnabled(enabled);
+    };
+    add("edit-cut", QStringLiteral("Co&uper"), QKeySequence::Cut, selected,
+        [field] { field->cut(); });
+    add("edit-copy", QStringLiteral("&Copier"), QKeySequence::Copy, selected,
+        [field] { field->copy(); });
+    add("edit-paste", QStringLiteral("Co&ller"), QKeySequence::Paste,
+        !QGuiApplication::clipboard()->text().isEmpty(), [this, index] { pasteAmount(index); });
+    add("edit-delete", QStringLiteral("&Supprimer"), QKeySequence::Delete, selected,
+        [field] { field->del(); });
+    menu.addSeparator();
+    add("select-all", QStringLiteral("Tout &sélectionner"), QKeySequence::SelectAll,
+        !field->text().isEmpty(), [field] { field->selectAll(); });
+    menu.exec(field->mapToGlobal(pos));
+}
+
 bool MacroPanel::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == frame2_) {
-        // The table is drawn by its Paint handler; coming into view counts as a Paint.
-        if (event->type() == QEvent::Show)
-            frame2_->refresh();
-        return false;
-    }
     // A field being destroyed (it is no longer a QLineEdit then) is not left by the user.
     if (qobject_cast<QLineEdit*>(watched) == nullptr)
         return QObject::eventFilter(watched, event);
@@ -588,6 +633,9 @@ bool MacroPanel::eventFilter(QObject* watched, QEvent* event) {
             continue;
         if (event->type() == QEvent::KeyPress)
             return handleAmountKey(i, event);
+        if (event->type() == QEvent::MouseButtonRelease &&
+            static_cast<QMouseEvent*>(event)->button() == Qt::MiddleButton)
+            return true;
         if (event->type() == QEvent::FocusOut) {
             const auto reason = static_cast<QFocusEvent*>(event)->reason();
             // Switching windows or opening a menu does not leave the field.

@@ -69,6 +69,8 @@ private:
     void drawGauges(macro::GaugeMode mode, int sliderValue);
     bool isOpenSystem() const;
     bool handleAmountKey(int index, QEvent* event);
+    void pasteAmount(int index);
+    void showAmountMenu(int index, const QPoint& pos);
 
     MainContext& ctx_;
     platform::Surface* frame2_ = nullptr;

@@ -1,7 +1,9 @@
 #include "platform/surface.h"
 
+#include <QHideEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QShowEvent>
 
 namespace platform {
 
@@ -94,6 +96,7 @@ void Surface::cls() {
 
 void Surface::refresh() {
     pending_ = false;
+    stale_ = false;
     if (paint_) {
         endDrawing();
         clearImage();
@@ -172,6 +175,20 @@ void Surface::resizeEvent(QResizeEvent* event) {
     ensureImage();
     update();
     QWidget::resizeEvent(event);
+}
+
+void Surface::showEvent(QShowEvent* event) {
+    // Restoring a minimised window changes nothing that was drawn; only a real hide can have
+    // skipped a refresh.
+    if (stale_ && paint_ && !event->spontaneous())
+        pending_ = true;
+    QWidget::showEvent(event);
+}
+
+void Surface::hideEvent(QHideEvent* event) {
+    if (!event->spontaneous())
+        stale_ = true;
+    QWidget::hideEvent(event);
 }
 
 void Surface::mousePressEvent(QMouseEvent* event) {

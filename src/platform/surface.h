@@ -32,8 +32,8 @@ public:
     double scaleWidth() const;
     double scaleHeight() const;
 
-    // The Paint event of the box. Runs on refresh(), and after a resize when the box is next
-    // shown or read.
+    // The Paint event of the box. Runs on refresh(); after a resize when the box is next shown
+    // or read; and when the box is shown again after being hidden without a refresh since.
     using PaintHandler = std::function<void(Canvas&)>;
     void setPaintHandler(PaintHandler handler);
     // Refresh: clears to the background and runs the Paint handler now (if any), then repaints.
@@ -72,6 +72,8 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void endDrawing();
@@ -85,6 +87,10 @@ private:
     std::unique_ptr<QPainter> painter_;
     std::unique_ptr<Canvas> canvas_;
     bool pending_ = false;
+    // Nothing has been drawn since the box was last hidden (or ever). Callers skip Refresh on
+    // hidden boxes, so a box coming back into view must run its Paint handler itself, as a
+    // picture box did when it was uncovered.
+    bool stale_ = true;
 };
 
 } // namespace platform

@@ -71,6 +71,8 @@ private slots:
     void optionsHeadings();
     void unknownLabelKeepsIndex();
     void reselectingResets();
+    void bannerAfterTabRoundTrip_data();
+    void bannerAfterTabRoundTrip();
     void activeLabelSitsLower();
     void comboFocusHint();
     void exerciseHandOverOnce();
@@ -396,6 +398,35 @@ void TestFeuilleP::reselectingResets() {
     QCOMPARE(slider->value(), 0);
     QCOMPARE(w_->state().AnimStep, 1); // the initial state drawn, the next step waiting
     QCOMPARE(w_->findChild<QLabel*>(QStringLiteral("Label5"))->text(), QStringLiteral("0,0 mol"));
+}
+
+void TestFeuilleP::bannerAfterTabRoundTrip_data() {
+    QTest::addColumn<int>("reaction");
+    QTest::addColumn<int>("chosenOn");
+    for (int r = 1; r <= 8; ++r)
+        for (int tab : {2, 3})
+            QTest::addRow("reaction %d chosen on tab %d", r, tab) << r << tab;
+}
+
+void TestFeuilleP::bannerAfterTabRoundTrip() {
+    QFETCH(int, reaction);
+    QFETCH(int, chosenOn);
+    // The equation banner: Picture3 above the molecules, as the screen shows it.
+    const auto banner = [this] {
+        QApplication::processEvents();
+        return w_->micro()->picture3()->grab(QRect(0, 0, 334, 38)).toImage();
+    };
+    w_->selectTab(1);
+    w_->selectReaction(reaction);
+    const QImage expected = banner();
+    const int other = reaction == 1 ? 2 : 1;
+    w_->selectReaction(other);
+    QVERIFY(banner() != expected);
+
+    w_->selectTab(chosenOn);
+    w_->selectReaction(reaction);
+    w_->selectTab(1);
+    QCOMPARE(banner(), expected);
 }
 
 void TestFeuilleP::activeLabelSitsLower() {
