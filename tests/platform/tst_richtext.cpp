@@ -421,8 +421,9 @@ void TestRichText::filesInAndOut() {
 }
 
 void TestRichText::printing() {
+    // Pages and pictures of the printed document, read from the PDF it makes.
     QTemporaryDir dir;
-    const auto pages = [&](const QByteArray& rtf) {
+    const auto print = [&](const QByteArray& rtf) {
         QTextEdit edit;
         platform::setRichText(edit, rtf);
         const QString pdf = dir.filePath(QStringLiteral("out.pdf"));
@@ -434,15 +435,17 @@ void TestRichText::printing() {
         QFile f(pdf);
         f.open(QIODevice::ReadOnly);
         const QByteArray bytes = f.readAll();
-        return bytes.count("/Type /Page\n") + bytes.count("/Type /Page ") +
-               bytes.count("/Type /Page/") + bytes.count("/Type /Page>");
+        const qsizetype pages = bytes.count("/Type /Page\n") + bytes.count("/Type /Page ") +
+                                bytes.count("/Type /Page/") + bytes.count("/Type /Page>");
+        return std::pair{pages, bytes.count("/Subtype /Image")};
     };
-    QCOMPARE(pages(R"({\rtf1 Une ligne.})"), 1);
+    QCOMPARE(print(R"({\rtf1 Une ligne.})"), (std::pair<qsizetype, qsizetype>{1, 0}));
     QByteArray longText = "{\\rtf1\\fs24 ";
     for (int i = 0; i < 120; ++i)
         longText += "Ligne C\\sub 4\\nosupersub H\\sub 10\\nosupersub\\par ";
-    // 120 lines of 12 points need three A4 pages.
-    QCOMPARE(pages(longText + "}"), 3);
+    // 120 lines of 12 points need three A4 pages; the picture goes along.
+    longText += "{\\pict\\pngblip " + dataFile(QStringLiteral("flamme.png")).toHex() + "}}";
+    QCOMPARE(print(longText), (std::pair<qsizetype, qsizetype>{3, 1}));
 }
 
 QTEST_MAIN(TestRichText)
