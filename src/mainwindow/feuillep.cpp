@@ -14,6 +14,7 @@
 #include "platform/canvas.h"
 #include "platform/messagebox.h"
 #include "platform/programfolder.h"
+#include "platform/richtext.h"
 #include "platform/surface.h"
 #include "printing/confimp.h"
 
@@ -379,6 +380,23 @@ void feuilleP::ShowWelcomeText() {
     supertext_->moveCursor(QTextCursor::Start);
     supertext_->show();
     writingStatement_ = false;
+}
+
+bool feuilleP::loadStatement(const QString& path) {
+    writingStatement_ = true;
+    const bool loaded = platform::loadRichText(*supertext_, path);
+    if (loaded)
+        supertext_->setReadOnly(false); // unlike the welcome text, a statement may be edited
+    writingStatement_ = false;
+    return loaded;
+}
+
+bool feuilleP::saveStatement(const QString& path) const {
+    return platform::saveRichText(*supertext_, path);
+}
+
+void feuilleP::printStatement(QPagedPaintDevice& device) const {
+    platform::printRichText(*supertext_, device);
 }
 
 void feuilleP::liste() {

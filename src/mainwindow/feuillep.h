@@ -17,6 +17,7 @@ class QComboBox;
 class QLabel;
 class QLineEdit;
 class QPrinter;
+class QPagedPaintDevice;
 class QPushButton;
 class QTextEdit;
 class MicroPanel;
@@ -57,6 +58,14 @@ public:
     }
 
     bool loaded() const { return loaded_; }
+
+    // The statement area `supertext`, for the exercise browser: rich text (RTF) loaded, saved
+    // and printed. A load makes the area editable and is not an edit: StatementModified is
+    // left as it was. Load and save return false when the file cannot be read or written.
+    QTextEdit* supertext() const { return supertext_; }
+    bool loadStatement(const QString& path);
+    bool saveStatement(const QString& path) const;
+    void printStatement(QPagedPaintDevice& device) const;
 
     // Picks a reaction (1..8) as the user would in the list, and a tab (1..3) as a click on it.
     void selectReaction(int index);
