@@ -102,12 +102,12 @@ protected:
         p.setBrush(g);
         p.drawRoundedRect(r, 3, 3);
 
-        const QColor ink(0, 70, 160);
+        const QColor ink = isEnabled() ? QColor(0, 70, 160) : QColor(150, 150, 150);
         const double cx = width() / 2.0 + (down ? 1 : 0);
         const double cy = height() / 2.0 + (down ? 1 : 0);
         switch (glyph_) {
         case Glyph::Close: {
-            p.setPen(QPen(QColor(180, 0, 0), 2.4, Qt::SolidLine, Qt::RoundCap));
+            p.setPen(QPen(isEnabled() ? QColor(180, 0, 0) : ink, 2.4, Qt::SolidLine, Qt::RoundCap));
             p.drawLine(QPointF(cx - 5, cy - 5), QPointF(cx + 5, cy + 5));
             p.drawLine(QPointF(cx - 5, cy + 5), QPointF(cx + 5, cy - 5));
             break;
@@ -185,6 +185,8 @@ void graphes::buildControls() {
         image1_[static_cast<std::size_t>(i)] = b;
         connect(b, &QAbstractButton::clicked, this, [this, i] { Image1_Click(i + 1); });
     }
+    // Greyed until the program can print, rather than doing nothing.
+    image1_[1]->setEnabled(false);
 
     picture1_ = new platform::Surface(this, QStringLiteral("Picture1"));
     picture1_->setBackColor(platform::qbColor(15));
