@@ -70,7 +70,6 @@ private:
     void layoutTable();
     void paintHeader(platform::Canvas& c);
     void paintTitle(platform::Canvas& c);
-    void printPlot();
 
     macro::GraphInput input_;
     std::unique_ptr<macro::EnergyGraph> graph_;
