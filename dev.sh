@@ -9,7 +9,7 @@ cd "$(dirname "$0")"
 
 PACKAGES=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools libgl-dev
           qt6-translations-l10n fonts-liberation fonts-dejavu-core libbenchmark-dev
-          xvfb xauth)
+          xvfb xauth libpoppler-qt6-dev)
 
 install_missing() {
     local missing=()
