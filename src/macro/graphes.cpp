@@ -3,6 +3,7 @@
 #include "calculator/machine.h"
 #include "platform/canvas.h"
 #include "platform/messagebox.h"
+#include "platform/printer.h"
 #include "platform/surface.h"
 
 #include <QAbstractButton>
@@ -17,6 +18,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPointer>
+#include <QPrinter>
 #include <QSaveFile>
 #include <QStandardPaths>
 #include <QTableWidget>
@@ -185,8 +187,6 @@ void graphes::buildControls() {
         image1_[static_cast<std::size_t>(i)] = b;
         connect(b, &QAbstractButton::clicked, this, [this, i] { Image1_Click(i + 1); });
     }
-    // Greyed until the program can print, rather than doing nothing.
-    image1_[1]->setEnabled(false);
 
     picture1_ = new platform::Surface(this, QStringLiteral("Picture1"));
     picture1_->setBackColor(platform::qbColor(15));
@@ -518,7 +518,8 @@ void graphes::Image1_Click(int index) {
         close();
         break;
     case 2:
-        break; // greyed until the program can print
+        tolerant([&] { printPlot(); });
+        break;
     case 3:
         tolerant([&] {
             QClipboard* clip = QGuiApplication::clipboard();
@@ -534,6 +535,23 @@ void graphes::Image1_Click(int index) {
     default:
         break;
     }
+}
+
+void graphes::printPlot() {
+    std::unique_ptr<QPrinter> own;
+    QPrinter* device = printer_;
+    if (device == nullptr) {
+        own = std::make_unique<QPrinter>(QPrinter::HighResolution);
+        device = own.get();
+    }
+    platform::Printer printer(*device);
+    // Centred on the page at its screen size; drawn by the plot's own code at the printer's
+    // resolution.
+    const double w = picture1_->width() * platform::twipsPerPixelX();
+    const double h = picture1_->height() * platform::twipsPerPixelY();
+    printer.paintPicture(*picture1_, (printer.scaleWidth() - w) / 2,
+                         (printer.scaleHeight() - h) / 2);
+    printer.endDoc();
 }
 
 void graphes::copyTable() {

@@ -11,6 +11,7 @@
 class QAbstractButton;
 class QLabel;
 class QMenu;
+class QPrinter;
 class QTableWidget;
 
 namespace platform {
@@ -35,6 +36,8 @@ public:
     QLabel* label2() const { return label2_; }
     QAbstractButton* image1(int index) const;
     QMenu* tableMenu() const { return tableMenu_; }
+    // The printer the print button sends the plot to; the system's default one when unset.
+    void setPrinter(QPrinter* printer) { printer_ = printer; }
     // The graph of the last tracegraphe (nothing before the first).
     const macro::EnergyGraph* graph() const { return graph_.get(); }
 
@@ -70,6 +73,7 @@ private:
     void layoutTable();
     void paintHeader(platform::Canvas& c);
     void paintTitle(platform::Canvas& c);
+    void printPlot();
 
     macro::GraphInput input_;
     std::unique_ptr<macro::EnergyGraph> graph_;
@@ -81,6 +85,7 @@ private:
     QLabel* label2_ = nullptr;
     std::array<QAbstractButton*, 4> image1_{};
     QMenu* tableMenu_ = nullptr;
+    QPrinter* printer_ = nullptr;
     bool drawnOnShow_ = false;
     bool activatedOnce_ = false;
 };

@@ -3,6 +3,7 @@
 #include "macro/graphes.h"
 #include "macro/macropanel.h"
 #include "platform/surface.h"
+#include "support/pdfpages.h"
 #include "support/standinwindow.h"
 
 #include <QAbstractButton>
@@ -14,6 +15,8 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPageLayout>
+#include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -85,6 +88,7 @@ private slots:
     void table();
     void cursorReadout();
     void titleStrip();
+    void printedPlot();
     void copyAndSaveTable();
     void openedFromTheMacroTab();
 };
@@ -238,9 +242,6 @@ void TestGraphes::titleStrip() {
             white += strip.pixelColor(x, y) == QColor(255, 255, 255);
     QVERIFY(white > 40);
 
-    // Printing is not there yet: its button is greyed, not silent.
-    QVERIFY(!g->image1(2)->isEnabled());
-
     // Copy: the plot's picture on the clipboard.
     QGuiApplication::clipboard()->setText(QStringLiteral("before"));
     g->image1(3)->click();
@@ -260,6 +261,40 @@ void TestGraphes::titleStrip() {
     QVERIFY(g->isVisible());
     g->image1(1)->click();
     QVERIFY(!g->isVisible());
+}
+
+void TestGraphes::printedPlot() {
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("graphe.pdf"));
+    QPrinter device(QPrinter::HighResolution);
+    device.setOutputFormat(QPrinter::PdfFormat);
+    device.setOutputFileName(path);
+    device.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait,
+                                     QMarginsF(20, 20, 20, 20), QPageLayout::Point));
+    auto g = opened(balance(1, 1, 2, true));
+    QVERIFY(g);
+    g->setPrinter(&device);
+    g->image1(2)->click();
+
+    const auto doc = pdfpages::open(path);
+    QVERIFY(doc);
+    QCOMPARE(doc->numPages(), 1);
+    // The printable area is 555 × 802 points; the 480 × 400-pixel picture (360 × 300 points)
+    // stands in its middle, so the plot square's grid (x 20 to 380, y 20 to 380) spans
+    // 270 points from (20 + 97,5 + 15, 20 + 251 + 15).
+    const double dpi = 144;
+    const QImage page = pdfpages::render(*doc, 0, dpi);
+    const QRect grid = pdfpages::boxOf(page, QColor(192, 192, 192));
+    const double left = pdfpages::pixels((20 + 97.5 + 15) * 20, dpi);
+    const double top = pdfpages::pixels((20 + 251 + 15) * 20, dpi);
+    const double side = pdfpages::pixels(270 * 20, dpi);
+    QVERIFY2(std::abs(grid.left() - left) <= 2 && std::abs(grid.top() - top) <= 2,
+             qPrintable(QStringLiteral("%1 %2").arg(grid.left()).arg(grid.top())));
+    QVERIFY(std::abs(grid.right() - (left + side)) <= 3);
+    // The curve is drawn, not pasted: its blue reaches the top right of the plot square.
+    const QRect blue = pdfpages::boxOf(page, QColor(0, 0, 255), 40);
+    QVERIFY(std::abs(blue.right() - (left + side)) <= 6);
+    QVERIFY(std::abs(blue.bottom() - (top + side)) <= 6);
 }
 
 void TestGraphes::copyAndSaveTable() {
