@@ -1,6 +1,7 @@
 #include "macro/macropanel.h"
 
 #include "chemistry/catalogue.h"
+#include "macro/graphes.h"
 #include "mainwindow/context.h"
 #include "platform/canvas.h"
 #include "platform/checkedint.h"
@@ -209,7 +210,7 @@ void MacroPanel::buildControls() {
     command3_->setObjectName(QStringLiteral("Command3"));
     command3_->setToolTip(QStringLiteral("Énergie libérée en fonction de l'avancement"));
     command3_->setGeometry(ButtonColumnLeft, PictureTop + 120, 56, 26);
-    connect(command3_, &QPushButton::clicked, this, &MacroPanel::graphRequested);
+    connect(command3_, &QPushButton::clicked, this, &MacroPanel::Command3_Click);
 
     timer2_ = new QTimer(this);
     timer2_->setObjectName(QStringLiteral("Timer2"));
@@ -581,6 +582,19 @@ void MacroPanel::Timer3_Timer() {
     }
     st.CoolingCounter = platform::sub16(st.CoolingCounter, macro::CoolingStep);
     drawGauges(GaugeMode::Cooling, hscroll1_->value());
+}
+
+void MacroPanel::Command3_Click() {
+    const AppState& st = ctx_.state;
+    if (!(st.MaxAdvancement > 0))
+        return; // nothing to plot without an advancement
+    macro::GraphInput input;
+    input.maxAdvancement = st.MaxAdvancement;
+    input.brokenBondsEnergy = st.BrokenBondsEnergy;
+    input.formedBondsEnergy = st.FormedBondsEnergy;
+    input.openSystem = isOpenSystem();
+    graphes window(input, ctx_.window);
+    window.exec();
 }
 
 bool MacroPanel::handleAmountKey(int index, QEvent* event) {

@@ -52,10 +52,8 @@ public slots:
     void Image11_Click();
     void Timer2_Timer();
     void Timer3_Timer();
-
-signals:
-    // "Graphe" was clicked: the main window opens the graph window.
-    void graphRequested();
+    // "Graphe": the graph window, modal, drawn from the balance as it stands.
+    void Command3_Click();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
