@@ -21,12 +21,12 @@ int main(int argc, char* argv[]) {
         QStringLiteral("screenshot"),
         QStringLiteral("Render the main window into FILE.png once painted, then quit."),
         QStringLiteral("FILE"));
-    const QCommandLineOption reactionOption(QStringLiteral("reaction"),
-                                            QStringLiteral("With --screenshot: reaction 1 to 8."),
-                                            QStringLiteral("N"));
+    const QCommandLineOption reactionOption(
+        QStringLiteral("reaction"), QStringLiteral("With --screenshot: reaction 1 to 8."),
+        QStringLiteral("N"));
     const QCommandLineOption tabOption(
-        QStringLiteral("tab"),
-        QStringLiteral("With --screenshot: tab 1 Micro, 2 Macro, 3 Options."), QStringLiteral("N"));
+        QStringLiteral("tab"), QStringLiteral("With --screenshot: tab 1 Micro, 2 Macro, 3 Options."),
+        QStringLiteral("N"));
     parser.addOptions({folderOption, screenshotOption, reactionOption, tabOption});
     parser.addPositionalArgument(QStringLiteral("file"),
                                  QStringLiteral("Configuration file (.C10) to open at start."),

@@ -14,12 +14,19 @@
 #include <QPixmap>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyle>
+#include <algorithm>
 #include <cmath>
 
 namespace calculator {
 
 const QString Machine::WaitingText = QStringLiteral("    Patience... Calculs en cours.     ");
 const QString Machine::ScientificPattern = QStringLiteral("#.#######E+00");
+const QString Machine::ImpossibleMessage = QStringLiteral("Calcul impossible");
+const QString Machine::ParenthesesMessage = QStringLiteral("Erreur saisie: revoir les parenthèses");
+const QString Machine::OperatorsMessage =
+    QStringLiteral("Erreur saisie: incompréhension sur opérateurs: ^ * / + -");
+const QString Machine::OverflowMessage = QStringLiteral("Dépassement de capacité");
 
 namespace {
 
@@ -65,7 +72,7 @@ Machine::Machine(QWidget* parent) : QDialog(parent) {
     z1 = new QLineEdit(this);
     z1->setObjectName(QStringLiteral("z1"));
     z1->setGeometry(8, 8, 286, 28);
-    z1->setFont(keyFont(12, false));
+    z1->setFont(keyFont(DisplayPoints, false));
     z1->setContextMenuPolicy(Qt::NoContextMenu);
     z1->setAcceptDrops(false);
     z1->setAttribute(Qt::WA_InputMethodEnabled, false);
@@ -412,19 +419,19 @@ void Machine::EXE_Click() {
         try {
             Entry = resultText(NumberValue(expression));
         } catch (const std::exception&) {
-            Entry = QStringLiteral("Dépassement de capacité");
+            Entry = OverflowMessage;
             beep();
         }
     } else {
         switch (ErrorCode) {
         case EvalParentheses:
-            Entry = QStringLiteral("Erreur saisie: revoir les parenthèses");
+            Entry = ParenthesesMessage;
             break;
         case EvalMissingOperand:
-            Entry = QStringLiteral("Erreur saisie: incompréhension sur opérateurs: ^ * / + -");
+            Entry = OperatorsMessage;
             break;
         default:
-            Entry = QStringLiteral("Calcul impossible");
+            Entry = ImpossibleMessage;
             break;
         }
         beep();
@@ -508,7 +515,7 @@ void Machine::C_Click() {
     try {
         Entry = resultText(NumberValue(LastAnswer));
     } catch (const std::exception&) {
-        Entry = QStringLiteral("Dépassement de capacité");
+        Entry = OverflowMessage;
         beep();
     }
     showEntry();
@@ -517,9 +524,40 @@ void Machine::C_Click() {
 }
 
 void Machine::z1_Change() {
+    fitDisplayFont();
     z1->setFocus();
     z1->setCursorPosition(static_cast<int>(z1->text().size()));
     z1->update();
+}
+
+// The display keeps its large font for what fits and shrinks for longer texts, down to the
+// size at which the longest error message still fits whole; only a typed expression longer
+// than that scrolls.
+int Machine::displayPixelsFor(const QString& text) const {
+    const int room = displayRoom();
+    QFont f = z1->font();
+    int pixels = platform::pointsToPixels(DisplayPoints);
+    for (; pixels > 1; --pixels) {
+        f.setPixelSize(pixels);
+        if (QFontMetrics(f).horizontalAdvance(text) <= room)
+            break;
+    }
+    return pixels;
+}
+
+void Machine::fitDisplayFont() {
+    if (displayFloorPixels_ == 0)
+        displayFloorPixels_ = displayPixelsFor(OperatorsMessage);
+    QFont f = z1->font();
+    f.setPixelSize(std::max(displayPixelsFor(z1->text()), displayFloorPixels_));
+    if (f != z1->font())
+        z1->setFont(f);
+}
+
+int Machine::displayRoom() const {
+    // The box's frame, the line edit's own 2-pixel text margin on each side, and the caret.
+    const int frame = z1->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, z1);
+    return z1->contentsRect().width() - 2 * frame - 4 - 2;
 }
 
 // ---- Keyboard
@@ -572,7 +610,7 @@ void Machine::Form_KeyPress(int keyAscii) {
 bool Machine::routeKey(QKeyEvent* event) {
     switch (event->key()) {
     case Qt::Key_Escape:
-        return false; // closes the window, as for any dialog
+        return true; // the typed entry would be lost; the window closes by its close button
     case Qt::Key_Backspace:
         Form_KeyPress(8);
         return true;

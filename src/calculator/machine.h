@@ -41,6 +41,11 @@ public:
 
     static const QString WaitingText;
     static const QString ScientificPattern;
+    // What EXE shows instead of a result.
+    static const QString ImpossibleMessage;
+    static const QString ParenthesesMessage;
+    static const QString OperatorsMessage; // the longest text the display ever shows
+    static const QString OverflowMessage;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -49,11 +54,16 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    static constexpr double DisplayPoints = 12;
+    int displayFloorPixels_ = 0;
     QPushButton* addKey(const char* name, const QString& caption, const QString& toolTip,
                         QRect place, std::function<void()> handler);
     QPushButton* addPictureKey(const char* name, const QString& base, const QString& exponent,
                                QRect place, std::function<void()> handler);
     bool routeKey(QKeyEvent* event);
+    int displayRoom() const;
+    int displayPixelsFor(const QString& text) const;
+    void fitDisplayFont();
 
     // Editing rules shared by the keys.
     void append(const QString& text);

@@ -104,6 +104,16 @@ KeyFilterResult filterAmountKey(int keyAscii) {
     }
 }
 
+QString filterPastedAmount(const QString& text) {
+    QString kept;
+    for (const QChar ch : text) {
+        const KeyFilterResult r = filterAmountKey(ch.unicode());
+        if (r.keyAscii >= ' ')
+            kept.append(QChar(r.keyAscii));
+    }
+    return kept;
+}
+
 AnimationTick animationTick(std::int16_t sliderValue, std::int16_t sliderMax) {
     const std::int16_t v = platform::add16(sliderValue, AnimationStep);
     if (v >= sliderMax)

@@ -66,6 +66,11 @@ struct KeyFilterResult {
 };
 KeyFilterResult filterAmountKey(int keyAscii);
 
+// What a paste into an amount field inserts: each character through the key filter, as if
+// typed, with the control characters (a pasted line break or backspace) dropped, since a paste
+// neither validates nor erases.
+QString filterPastedAmount(const QString& text);
+
 // One Timer2 tick: the next slider position and whether the animation ends with it.
 struct AnimationTick {
     std::int16_t value = 0;

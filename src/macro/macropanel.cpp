@@ -1,17 +1,23 @@
 #include "macro/macropanel.h"
 
 #include "chemistry/catalogue.h"
+#include "macro/graphes.h"
 #include "mainwindow/context.h"
 #include "platform/canvas.h"
 #include "platform/checkedint.h"
 #include "platform/imagebutton.h"
 #include "platform/surface.h"
 
+#include <QAction>
+#include <QClipboard>
 #include <QCoreApplication>
 #include <QFocusEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMouseEvent>
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
@@ -117,7 +123,6 @@ void MacroPanel::buildControls() {
         if (self)
             self->paintTable(c);
     });
-    frame2_->installEventFilter(this);
 
     // Small enough for "66 666,664" to show whole in a 65-pixel field.
     const QFont valueFont = controlFont(8, false);
@@ -130,6 +135,11 @@ void MacroPanel::buildControls() {
         field->setStyleSheet(fieldStyle(i < 2 ? White : QColor(224, 224, 224)));
         field->setText(i < 2 ? QStringLiteral("1,0") : QStringLiteral("0,0"));
         field->installEventFilter(this);
+        // Dropped and middle-click text would also bypass the key filter.
+        field->setAcceptDrops(false);
+        field->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(field, &QWidget::customContextMenuRequested, this,
+                [this, i](const QPoint& pos) { showAmountMenu(i, pos); });
         text1_[static_cast<std::size_t>(i)] = field;
 
         auto* amount = new QLabel(frame2_);
@@ -169,6 +179,12 @@ void MacroPanel::buildControls() {
     picture4_->setBackColor(TableBack);
     picture4_->setGeometry(PictureLeft, PictureTop, PictureWidth, PictureHeight);
     picture4_->setFocusPolicy(Qt::StrongFocus);
+    // Drawn from outside any Paint handler; printing redraws it from the same code at the
+    // printer's resolution.
+    picture4_->setRedrawHandler([self = QPointer<MacroPanel>(this)](Canvas& c) {
+        if (self)
+            self->drawPicture4(c);
+    });
 
     using Glyph = platform::ImageButton::Glyph;
     image8_ = new platform::ImageButton(Glyph::First, QStringLiteral("Image8"),
@@ -194,7 +210,7 @@ void MacroPanel::buildControls() {
     command3_->setObjectName(QStringLiteral("Command3"));
     command3_->setToolTip(QStringLiteral("Énergie libérée en fonction de l'avancement"));
     command3_->setGeometry(ButtonColumnLeft, PictureTop + 120, 56, 26);
-    connect(command3_, &QPushButton::clicked, this, &MacroPanel::graphRequested);
+    connect(command3_, &QPushButton::clicked, this, &MacroPanel::Command3_Click);
 
     timer2_ = new QTimer(this);
     timer2_->setObjectName(QStringLiteral("Timer2"));
@@ -264,23 +280,6 @@ void MacroPanel::majqant() {
     drawGauges(open ? GaugeMode::Open : GaugeMode::Isolated, value);
 }
 
-void MacroPanel::drawGauges(GaugeMode mode, int sliderValue) {
-    const macro::GaugeLevels g = macro::gaugeLevels(mode, sliderValue, ctx_.state.CoolingCounter);
-    picture4_->cls(); // back to the frozen background
-    Canvas& c = picture4_->canvas();
-    platform::DrawState& s = c.state();
-    s.fillStyle = FillStyle::Solid;
-    c.line(138, g.systemThermometer, 138, 198, Red);
-    s.fillColor = Blue;
-    c.line(55, g.systemBar, 85, 218, Black, LineKind::Box);
-    c.line(53, 138, 88, 138, Black);
-    c.line(338, g.surroundingsThermometer, 338, 198, Red);
-    s.fillColor = Blue;
-    c.line(255, g.surroundingsBar, 285, 218, Black, LineKind::Box);
-    c.line(253, 98, 288, 98, Black);
-    s.fillStyle = FillStyle::Transparent;
-}
-
 namespace {
 
 // A thermometer of the system picture; the surroundings' one is the same 200 pixels right.
@@ -302,13 +301,8 @@ void drawThermometer(Canvas& c, int dx) {
     c.line(137 + dx, 25, 139 + dx, 198, platform::qbColor(8), LineKind::Box);
 }
 
-} // namespace
-
-void MacroPanel::prepapic4() {
-    const bool open = isOpenSystem();
-    picture4_->clearPicture();
-    picture4_->cls();
-    Canvas& c = picture4_->canvas();
+// The system picture's background: the ball, the two thermometers and bars, the captions.
+void drawSystemBackground(Canvas& c, bool open) {
     platform::DrawState& s = c.state();
     s.foreColor = Black;
     s.drawWidth = 1;
@@ -367,7 +361,42 @@ void MacroPanel::prepapic4() {
         c.line(331, 106, 346, 106, Black);
     else
         c.line(331, 136, 346, 136, Black);
+}
 
+// The levels over the background: red columns, blue energy bars and their marks.
+void drawGaugeBars(Canvas& c, const macro::GaugeLevels& g) {
+    platform::DrawState& s = c.state();
+    s.fillStyle = FillStyle::Solid;
+    c.line(138, g.systemThermometer, 138, 198, Red);
+    s.fillColor = Blue;
+    c.line(55, g.systemBar, 85, 218, Black, LineKind::Box);
+    c.line(53, 138, 88, 138, Black);
+    c.line(338, g.surroundingsThermometer, 338, 198, Red);
+    s.fillColor = Blue;
+    c.line(255, g.surroundingsBar, 285, 218, Black, LineKind::Box);
+    c.line(253, 98, 288, 98, Black);
+    s.fillStyle = FillStyle::Transparent;
+}
+
+} // namespace
+
+void MacroPanel::drawGauges(GaugeMode mode, int sliderValue) {
+    gauges_ = macro::gaugeLevels(mode, sliderValue, ctx_.state.CoolingCounter);
+    picture4_->cls(); // back to the frozen background
+    drawGaugeBars(picture4_->canvas(), gauges_);
+}
+
+void MacroPanel::drawPicture4(Canvas& c) {
+    drawSystemBackground(c, systemOpen_);
+    drawGaugeBars(c, gauges_);
+}
+
+void MacroPanel::prepapic4() {
+    const bool open = isOpenSystem();
+    systemOpen_ = open;
+    picture4_->clearPicture();
+    picture4_->cls();
+    drawSystemBackground(picture4_->canvas(), open);
     picture4_->freezePicture();
     drawGauges(open ? GaugeMode::Open : GaugeMode::Isolated, 0);
 }
@@ -555,8 +584,32 @@ void MacroPanel::Timer3_Timer() {
     drawGauges(GaugeMode::Cooling, hscroll1_->value());
 }
 
+void MacroPanel::Command3_Click() {
+    const AppState& st = ctx_.state;
+    if (!(st.MaxAdvancement > 0))
+        return; // nothing to plot without an advancement
+    macro::GraphInput input;
+    input.maxAdvancement = st.MaxAdvancement;
+    input.brokenBondsEnergy = st.BrokenBondsEnergy;
+    input.formedBondsEnergy = st.FormedBondsEnergy;
+    input.openSystem = isOpenSystem();
+    graphes window(input, ctx_.window);
+    if (ctx_.printer)
+        window.setPrinter(ctx_.printer());
+    window.exec();
+}
+
 bool MacroPanel::handleAmountKey(int index, QEvent* event) {
-    const int code = keyAsciiOf(static_cast<QKeyEvent*>(event));
+    const auto* ke = static_cast<QKeyEvent*>(event);
+    // The editing shortcuts the field's own menu advertises; a paste goes through the key
+    // filter like typing.
+    if (ke->matches(QKeySequence::Paste)) {
+        pasteAmount(index);
+        return true;
+    }
+    if (ke->matches(QKeySequence::SelectAll) || ke->matches(QKeySequence::Copy))
+        return false;
+    const int code = keyAsciiOf(ke);
     if (code < 0)
         return false;
     const macro::KeyFilterResult r = macro::filterAmountKey(code);
@@ -573,13 +626,40 @@ bool MacroPanel::handleAmountKey(int index, QEvent* event) {
     return false;
 }
 
+void MacroPanel::pasteAmount(int index) {
+    const QString text = macro::filterPastedAmount(QGuiApplication::clipboard()->text());
+    if (!text.isEmpty())
+        text1_[static_cast<std::size_t>(index)]->insert(text);
+}
+
+void MacroPanel::showAmountMenu(int index, const QPoint& pos) {
+    // The field's own menu would paste the clipboard unfiltered, so it gets this one, whose
+    // paste is the key filter's.
+    QLineEdit* field = text1_[static_cast<std::size_t>(index)];
+    const bool selected = field->hasSelectedText();
+    QMenu menu(field);
+    const auto add = [&](const char* id, const QString& text, QKeySequence::StandardKey key,
+                         bool enabled, auto handler) {
+        QAction* a = menu.addAction(text, this, handler);
+        a->setObjectName(QString::fromLatin1(id));
+        a->setShortcut(key);
+        a->setEnabled(enabled);
+    };
+    add("edit-cut", QStringLiteral("Co&uper"), QKeySequence::Cut, selected,
+        [field] { field->cut(); });
+    add("edit-copy", QStringLiteral("&Copier"), QKeySequence::Copy, selected,
+        [field] { field->copy(); });
+    add("edit-paste", QStringLiteral("Co&ller"), QKeySequence::Paste,
+        !QGuiApplication::clipboard()->text().isEmpty(), [this, index] { pasteAmount(index); });
+    add("edit-delete", QStringLiteral("&Supprimer"), QKeySequence::Delete, selected,
+        [field] { field->del(); });
+    menu.addSeparator();
+    add("select-all", QStringLiteral("Tout &sélectionner"), QKeySequence::SelectAll,
+        !field->text().isEmpty(), [field] { field->selectAll(); });
+    menu.exec(field->mapToGlobal(pos));
+}
+
 bool MacroPanel::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == frame2_) {
-        // The table is drawn by its Paint handler; coming into view counts as a Paint.
-        if (event->type() == QEvent::Show)
-            frame2_->refresh();
-        return false;
-    }
     // A field being destroyed (it is no longer a QLineEdit then) is not left by the user.
     if (qobject_cast<QLineEdit*>(watched) == nullptr)
         return QObject::eventFilter(watched, event);
@@ -588,6 +668,9 @@ bool MacroPanel::eventFilter(QObject* watched, QEvent* event) {
             continue;
         if (event->type() == QEvent::KeyPress)
             return handleAmountKey(i, event);
+        if (event->type() == QEvent::MouseButtonRelease &&
+            static_cast<QMouseEvent*>(event)->button() == Qt::MiddleButton)
+            return true;
         if (event->type() == QEvent::FocusOut) {
             const auto reason = static_cast<QFocusEvent*>(event)->reason();
             // Switching windows or opening a menu does not leave the field.

@@ -3,12 +3,15 @@
 #include "platform/canvas.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
 
 void setUpApplication(QApplication& app) {
     QApplication::setApplicationName(QStringLiteral("Thermivo"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("thermivo"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/thermivo.svg")));
     QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
     auto* qtTranslator = new QTranslator(&app);
     if (qtTranslator->load(QLocale(QLocale::French), QStringLiteral("qtbase"), QStringLiteral("_"),

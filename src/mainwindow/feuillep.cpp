@@ -4,6 +4,9 @@
 #include "chemistry/catalogue.h"
 #include "configurations/configurations.h"
 #include "macro/macropanel.h"
+#include "mainwindow/copymenu.h"
+#include "mainwindow/helpwindow.h"
+#include "mainwindow/hints.h"
 #include "mainwindow/intermodule.h"
 #include "mainwindow/optionspanel.h"
 #include "mainwindow/startup.h"
@@ -12,16 +15,20 @@
 #include "platform/canvas.h"
 #include "platform/messagebox.h"
 #include "platform/programfolder.h"
+#include "platform/richtext.h"
 #include "platform/surface.h"
+#include "printing/confimp.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QCursor>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
+#include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
@@ -80,7 +87,6 @@ void feuilleP::buildControls() {
     combo1_ = new QComboBox(this);
     combo1_->setObjectName(QStringLiteral("Combo1"));
     combo1_->setGeometry(ComboRect);
-    combo1_->installEventFilter(this);
     // A choice in the list, even of the reaction already shown, resets the views.
     connect(combo1_, &QComboBox::activated, this, [this](int) { Combo1_Click(); });
     ctx_.Combo1 = combo1_;
@@ -104,6 +110,7 @@ void feuilleP::buildControls() {
     info_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     info_->setStyleSheet(QStringLiteral("color: rgb(0, 0, 140);"));
     ctx_.info = info_;
+    ctx_.printer = [this] { return &printer(); };
 
     tabs_ = new TabStrip(state_, onglets_, this);
 
@@ -166,14 +173,17 @@ void feuilleP::buildControls() {
         commands_[static_cast<std::size_t>(d.number)] = b;
         ++slot;
     }
-    // Buttons whose windows arrive later stay greyed rather than doing nothing.
-    for (int n : {4, 7, 10})
-        commands_[static_cast<std::size_t>(n)]->setEnabled(false);
     connect(commands_[1], &QPushButton::clicked, this, &feuilleP::Command1_Click);
     connect(commands_[2], &QPushButton::clicked, this, &feuilleP::Command2_Click);
+    connect(commands_[4], &QPushButton::clicked, this, &feuilleP::Command4_Click);
+    connect(commands_[7], &QPushButton::clicked, this, &feuilleP::Command7_Click);
     connect(commands_[8], &QPushButton::clicked, this, &feuilleP::Command8_Click);
+    connect(commands_[10], &QPushButton::clicked, this, &feuilleP::Command10_Click);
     connect(commands_[11], &QPushButton::clicked, this, &feuilleP::Command11_Click);
 
+    copyMenu_ = new CopyMenu({micro_->picmicro(), micro_->picture2(), macro_->picture4()}, info_,
+                             state_, this);
+    hints_ = new Hints(this, info_, state_);
     configurations_ = new configurations::Configurations(
         ctx_, *macro_, [this] { Combo1_Click(); }, this);
     configurations_->acceptDrops(this, [this](const QString& path) { openConfiguration(path); });
@@ -198,8 +208,7 @@ void feuilleP::applySizingRule() {
 }
 
 void feuilleP::setHint(const QString& text) {
-    info_->setProperty("Caption", text);
-    info_->setText(platform::captionText(text));
+    setInfoCaption(info_, text);
 }
 
 void feuilleP::showEvent(QShowEvent* event) {
@@ -377,6 +386,23 @@ void feuilleP::ShowWelcomeText() {
     writingStatement_ = false;
 }
 
+bool feuilleP::loadStatement(const QString& path) {
+    writingStatement_ = true;
+    const bool loaded = platform::loadRichText(*supertext_, path);
+    if (loaded)
+        supertext_->setReadOnly(false); // unlike the welcome text, a statement may be edited
+    writingStatement_ = false;
+    return loaded;
+}
+
+bool feuilleP::saveStatement(const QString& path) const {
+    return platform::saveRichText(*supertext_, path);
+}
+
+void feuilleP::printStatement(QPagedPaintDevice& device) const {
+    platform::printRichText(*supertext_, device);
+}
+
 void feuilleP::liste() {
     combo1_->clear();
     for (int i = 1; i <= chemistry::ReactionCount; ++i)
@@ -416,12 +442,6 @@ void feuilleP::Combo1_Click() {
     });
 }
 
-bool feuilleP::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == combo1_ && event->type() == QEvent::FocusIn)
-        setHint(QStringLiteral("Choisir la réaction dans le liste"));
-    return QWidget::eventFilter(watched, event);
-}
-
 void feuilleP::Command1_Click() {
     close();
 }
@@ -447,6 +467,33 @@ void feuilleP::Command11_Click() {
 void feuilleP::openConfiguration(const QString& path) {
     stopForOpening();
     tolerant([&] { configurations_->openConfigurationFile(path); });
+}
+
+void feuilleP::Command4_Click() {
+    copyMenu_->popup(QCursor::pos());
+}
+
+void feuilleP::Command7_Click() {
+    QString folder;
+    tolerant([&] { folder = platform::programFolder(); });
+    // The energy diagram is kept while the help is open and put back afterwards.
+    QImage sauvetage;
+    tolerant([&] { sauvetage = micro_->picture2()->image(); });
+    tolerant([&] { HelpWindow::showHelp(this, folder); });
+    tolerant([&] { micro_->picture2()->restoreImage(sauvetage); });
+}
+
+QPrinter& feuilleP::printer() {
+    // Made on the first print, so that start-up does not look for printers.
+    if (!printer_)
+        printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    return *printer_;
+}
+
+void feuilleP::Command10_Click() {
+    printing::confimp window({micro_->picmicro(), micro_->picture2(), macro_->picture4()},
+                             printer(), this);
+    window.exec();
 }
 
 void feuilleP::Command8_Click() {

@@ -1,9 +1,10 @@
 #include "mainwindow/intermodule.h"
 
+#include "platform/programfolder.h"
 #include "platform/recordfile.h"
 
 InterModuleFile::InterModuleFile(const QString& programFolder)
-    : path_(programFolder + QStringLiteral("TEMPKN.TMP")) {}
+    : path_(platform::writableFolder(programFolder) + QStringLiteral("TEMPKN.TMP")) {}
 
 void InterModuleFile::announceRunning() const {
     platform::RecordFile(path_).writeText(RunningRecord, QStringLiteral("OUI"));

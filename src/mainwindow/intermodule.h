@@ -2,8 +2,9 @@
 
 #include <QString>
 
-// "TEMPKN.TMP" in the program folder: how the suite's main module knows this module runs and
-// asks it to open an exercise. Each call opens the file, touches one record and closes it;
+// "TEMPKN.TMP" in the program folder (in the user's data folder when an installed program folder
+// is read-only): how the suite's main module knows this module runs and asks it to open an
+// exercise. Each call opens the file, touches one record and closes it;
 // a missing, read-only or damaged file never stops the program.
 class InterModuleFile {
 public:

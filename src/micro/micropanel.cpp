@@ -83,6 +83,9 @@ MicroPanel::MicroPanel(MainContext& ctx, QObject* parent)
     QFont f(QStringLiteral("Arial"));
     f.setPixelSize(platform::pointsToPixels(8));
     label2_->setFont(f);
+    // The running energy balance in bare numbers: it keeps its text for whoever reads it, but a
+    // student would take it for a second, contradicting diagram, so it is never shown.
+    label2_->setVisible(false);
 
     picture5_ = new platform::Surface(ctx.window, QStringLiteral("Picture5"));
     picture5_->setBackColor(kPanelBack);

@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
 
 namespace platform {
 
@@ -30,7 +32,19 @@ QString programFolder() {
     const QString env = qEnvironmentVariable("THERMIVO_PROGRAM_FOLDER");
     if (!env.isEmpty())
         return withTrailingSeparator(env);
-    return withTrailingSeparator(QCoreApplication::applicationDirPath());
+    const QString exe = QCoreApplication::applicationDirPath();
+    const QFileInfo installed(exe + QStringLiteral("/../share/thermivo"));
+    if (installed.isDir())
+        return withTrailingSeparator(installed.canonicalFilePath());
+    return withTrailingSeparator(exe);
+}
+
+QString writableFolder(const QString& programFolder) {
+    if (QFileInfo(programFolder).isWritable())
+        return withTrailingSeparator(programFolder);
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    QDir().mkpath(data);
+    return withTrailingSeparator(data);
 }
 
 QString resolveInFolder(const QString& folder, const QString& name) {

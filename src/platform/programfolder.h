@@ -4,11 +4,17 @@
 
 namespace platform {
 
-// The folder the program's files live in: the executable's folder unless overridden by
-// --program-folder (see setProgramFolderOverride) or THERMIVO_PROGRAM_FOLDER. Always ends with
-// the platform's separator ("/").
+// The folder the program's files live in: --program-folder (see setProgramFolderOverride) or
+// THERMIVO_PROGRAM_FOLDER when given; otherwise "share/thermivo" beside the executable's "bin"
+// once installed, else the executable's own folder (a build tree). Always ends with the
+// platform's separator ("/").
 QString programFolder();
 void setProgramFolderOverride(const QString& folder);
+
+// Where the program writes files that the suite expects in the program folder ("TEMPKN.TMP"):
+// that folder itself while it is writable, otherwise the user's data folder, created if needed.
+// Always ends with "/".
+QString writableFolder(const QString& programFolder);
 
 // Appends the separator when missing.
 QString withTrailingSeparator(const QString& folder);

@@ -1,7 +1,9 @@
 #include "platform/surface.h"
 
+#include <QHideEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QShowEvent>
 
 namespace platform {
 
@@ -39,6 +41,10 @@ double Surface::scaleHeight() const {
 
 void Surface::setPaintHandler(PaintHandler handler) {
     paint_ = std::move(handler);
+}
+
+void Surface::setRedrawHandler(PaintHandler handler) {
+    redraw_ = std::move(handler);
 }
 
 void Surface::endDrawing() {
@@ -94,6 +100,7 @@ void Surface::cls() {
 
 void Surface::refresh() {
     pending_ = false;
+    stale_ = false;
     if (paint_) {
         endDrawing();
         clearImage();
@@ -133,19 +140,34 @@ QImage Surface::image() {
     return image_;
 }
 
+void Surface::restoreImage(const QImage& kept) {
+    endDrawing();
+    ensureImage();
+    pending_ = false;
+    QPainter p(&image_);
+    p.drawImage(0, 0, kept);
+    p.end();
+    update();
+}
+
 void Surface::paintTo(QPainter& painter) {
-    if (!paint_) {
+    if (!paint_ && !redraw_) {
         painter.drawImage(0, 0, image());
         return;
     }
     const QSize sz = size().expandedTo(QSize(1, 1));
     painter.fillRect(QRect(QPoint(0, 0), sz), state_.backColor);
-    if (!picture_.isNull())
-        painter.drawImage(0, 0, picture_);
     DrawState copy = state_; // the screen keeps its own CurrentX/CurrentY and colours
     Canvas c(painter, copy, sz);
-    c.setBackgroundPicture(&picture_);
-    paint_(c);
+    if (paint_) {
+        if (!picture_.isNull())
+            painter.drawImage(0, 0, picture_);
+        c.setBackgroundPicture(&picture_);
+        paint_(c);
+    } else {
+        // The redraw draws the frozen background too, from its code.
+        redraw_(c);
+    }
 }
 
 QPointF Surface::toUser(const QPointF& pixel) const {
@@ -172,6 +194,20 @@ void Surface::resizeEvent(QResizeEvent* event) {
     ensureImage();
     update();
     QWidget::resizeEvent(event);
+}
+
+void Surface::showEvent(QShowEvent* event) {
+    // Restoring a minimised window changes nothing that was drawn; only a real hide can have
+    // skipped a refresh.
+    if (stale_ && paint_ && !event->spontaneous())
+        pending_ = true;
+    QWidget::showEvent(event);
+}
+
+void Surface::hideEvent(QHideEvent* event) {
+    if (!event->spontaneous())
+        stale_ = true;
+    QWidget::hideEvent(event);
 }
 
 void Surface::mousePressEvent(QMouseEvent* event) {

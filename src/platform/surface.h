@@ -32,10 +32,13 @@ public:
     double scaleWidth() const;
     double scaleHeight() const;
 
-    // The Paint event of the box. Runs on refresh(), and after a resize when the box is next
-    // shown or read.
+    // The Paint event of the box. Runs on refresh(); after a resize when the box is next shown
+    // or read; and when the box is shown again after being hidden without a refresh since.
     using PaintHandler = std::function<void(Canvas&)>;
     void setPaintHandler(PaintHandler handler);
+    // For boxes drawn from outside their Paint handler: code that draws what the box shows
+    // now, so that paintTo can draw it again at another resolution.
+    void setRedrawHandler(PaintHandler handler);
     // Refresh: clears to the background and runs the Paint handler now (if any), then repaints.
     void refresh();
 
@@ -53,9 +56,13 @@ public:
 
     // What the box shows now, in surface pixels.
     QImage image();
+    // Puts a drawing read earlier with image() back as what the box shows, leaving its frozen
+    // picture alone.
+    void restoreImage(const QImage& kept);
 
-    // Draws the box's Paint handler onto another painter (printer page, export) at the
-    // painter's current transform, in this box's pixel size.
+    // Draws the box's Paint handler (or its redraw handler) onto another painter (printer
+    // page, export) at the painter's current transform, in this box's pixel size; a box with
+    // neither gives its image.
     void paintTo(QPainter& painter);
 
     // Mouse positions converted to the box's scale.
@@ -72,6 +79,8 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void endDrawing();
@@ -82,9 +91,14 @@ private:
     QImage image_;
     QImage picture_;
     PaintHandler paint_;
+    PaintHandler redraw_;
     std::unique_ptr<QPainter> painter_;
     std::unique_ptr<Canvas> canvas_;
     bool pending_ = false;
+    // Nothing has been drawn since the box was last hidden (or ever). Callers skip Refresh on
+    // hidden boxes, so a box coming back into view must run its Paint handler itself, as a
+    // picture box did when it was uncovered.
+    bool stale_ = true;
 };
 
 } // namespace platform

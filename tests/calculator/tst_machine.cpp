@@ -42,6 +42,8 @@ private slots:
     void captions();
     void keyboard();
     void displayGuard();
+    void messagesShowWhole_data();
+    void messagesShowWhole();
     void background();
     void modalAndTitleStrip();
 };
@@ -191,6 +193,48 @@ void TestMachine::displayGuard() {
     QCOMPARE(sum, QStringLiteral("5"));
 }
 
+void TestMachine::messagesShowWhole_data() {
+    QTest::addColumn<QString>("keys"); // typed before EXE; empty: the text is set directly
+    QTest::addColumn<QString>("text");
+    QTest::newRow("parentheses") << "(1+2" << Machine::ParenthesesMessage;
+    QTest::newRow("operators") << "2*" << Machine::OperatorsMessage;
+    QTest::newRow("impossible") << "" << Machine::ImpossibleMessage;
+    QTest::newRow("overflow") << "" << Machine::OverflowMessage;
+    QTest::newRow("waiting") << "" << Machine::WaitingText;
+    QTest::newRow("short result keeps the large font") << "2" << QStringLiteral(" 2");
+}
+
+void TestMachine::messagesShowWhole() {
+    QFETCH(QString, keys);
+    QFETCH(QString, text);
+    Harness h;
+    h.m->show();
+    QVERIFY(QTest::qWaitForWindowExposed(h.m.get()));
+    QLineEdit* z1 = h.z1();
+    if (keys.isEmpty()) {
+        z1->setText(text);
+    } else {
+        QTest::keyClicks(z1, keys);
+        QTest::keyClick(z1, Qt::Key_Return);
+    }
+    QCOMPARE(z1->text(), text);
+    QCOMPARE(z1->cursorPosition(), int(text.size()));
+    // With the caret after the last character, the line has not scrolled when the caret stands
+    // at least a whole text width from the left edge, and still inside the box.
+    const int width = QFontMetrics(z1->font()).horizontalAdvance(text);
+    const QRect caret = z1->inputMethodQuery(Qt::ImCursorRectangle).toRect();
+    QVERIFY2(caret.center().x() >= width, qPrintable(QStringLiteral("%1 %2 %3 %4")
+                                                         .arg(width)
+                                                         .arg(caret.left())
+                                                         .arg(caret.right())
+                                                         .arg(z1->width())));
+    QVERIFY(caret.right() < z1->width());
+    if (text == QStringLiteral(" 2"))
+        QCOMPARE(z1->font().pixelSize(), 16);
+    else
+        QVERIFY(z1->font().pixelSize() >= 9); // still readable
+}
+
 void TestMachine::background() {
     Harness h;
     h.m->show();
@@ -220,11 +264,16 @@ void TestMachine::modalAndTitleStrip() {
         auto* z1 = w->findChild<QLineEdit*>(QStringLiteral("z1"));
         QTest::keyClicks(z1, "7*6");
         QTest::keyClick(z1, Qt::Key_Enter);
-        seen = z1->text();
+        QTest::keyClicks(z1, "1+");
+        // Escape would lose the typed entry: only the close button closes the window.
+        QTest::keyClick(z1, Qt::Key_Escape);
         QTest::keyClick(w, Qt::Key_Escape);
+        QVERIFY(w->isVisible());
+        seen = w->entry();
+        w->close();
     });
     QCOMPARE(h.m->exec(), int(QDialog::Rejected));
-    QCOMPARE(seen, QStringLiteral(" 42"));
+    QCOMPARE(seen, QStringLiteral("1 + "));
 }
 
 QTEST_MAIN(TestMachine)

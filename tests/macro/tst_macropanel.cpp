@@ -4,12 +4,15 @@
 #include "platform/surface.h"
 #include "support/standinwindow.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
 #include <QFocusEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -118,6 +121,18 @@ void TestMacroPanel::scenarios_data() {
     row("k1:1a2b l1 s10000", "f1=  12,0;x=1,0 mol");
     row("k0:1,2,3", "f0=1,2,3");
     row("k0:1,2,3 l0 s10000", "f0=  0,0;x=0,0 mol");
+    // A paste, by Ctrl+V, Shift+Insert or the field's menu, goes through the same filter.
+    row("v0:2.5", "f0=2,5");
+    row("i0:2.5", "f0=2,5");
+    row("m0:2.5", "f0=2,5");
+    row("v0:abc", "f0=");
+    row("m1:1a2b", "f1=12");
+    row("v1:1\t2.5\r\n", "f1=12,5");
+    row("v0:2.5 l0 s10000", "f0=  2,5;x=0,5 mol");
+    row("m0:-1.5 l0 s10000", "f0=  0,0;x=0,0 mol");
+    // The other shortcuts the menu advertises.
+    row("k0:12 A0", "sel=12");
+    row("k0:12 A0 C0", "clip=12");
     // Animation and cooling
     row("11 t100", "s=10000;T2=0;x=0,5 mol;C=10000;T3=1");
     row("11 t30 10", "s=3000;T2=0;x=0,15 mol;C=0;T3=0");
@@ -167,13 +182,33 @@ void TestMacroPanel::scenarios() {
         } else if (step[0] == u'a') {
             p->text1(n)->setText(step.mid(3));
             p->Text1_LostFocus(n);
-        } else if (step[0] == u'k') { // a paste or a switch to another window changes nothing
+        } else if (step[0] == u'k') { // a switch to another window changes nothing
             p->text1(n)->clear();
             QTest::keyClicks(p->text1(n), step.mid(3));
-            QGuiApplication::clipboard()->setText(QStringLiteral("99"));
-            QTest::keyClick(p->text1(n), Qt::Key_V, Qt::ControlModifier);
             QFocusEvent away(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
             QCoreApplication::sendEvent(p->text1(n), &away);
+        } else if (step[0] == u'v' || step[0] == u'i' || step[0] == u'm') {
+            QLineEdit* field = p->text1(n);
+            field->clear();
+            QGuiApplication::clipboard()->setText(step.mid(3));
+            if (step[0] == u'v') {
+                QTest::keyClick(field, Qt::Key_V, Qt::ControlModifier);
+            } else if (step[0] == u'i') {
+                QTest::keyClick(field, Qt::Key_Insert, Qt::ShiftModifier);
+            } else {
+                QTimer::singleShot(0, [] {
+                    auto* menu = QApplication::activePopupWidget();
+                    QVERIFY(menu);
+                    menu->findChild<QAction*>(QStringLiteral("edit-paste"))->trigger();
+                    menu->close();
+                });
+                emit field->customContextMenuRequested(QPoint(5, 5));
+            }
+        } else if (step[0] == u'A') {
+            QTest::keyClick(p->text1(n), Qt::Key_A, Qt::ControlModifier);
+        } else if (step[0] == u'C') {
+            QGuiApplication::clipboard()->clear();
+            QTest::keyClick(p->text1(n), Qt::Key_C, Qt::ControlModifier);
         } else if (step[0] == u'l') {
             QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
             QCoreApplication::sendEvent(p->text1(n), &out);
@@ -203,6 +238,8 @@ void TestMacroPanel::scenarios() {
         {"T2", QString::number(p->timer2()->isActive())},
         {"T3", QString::number(p->timer3()->isActive())},
         {"C", QString::number(h.state.CoolingCounter)},
+        {"sel", p->text1(0)->selectedText()},
+        {"clip", QGuiApplication::clipboard()->text()},
     });
     for (const QString& check : checks.split(u';')) {
         const qsizetype eq = check.indexOf(u'=');
@@ -213,6 +250,12 @@ void TestMacroPanel::scenarios() {
         QVERIFY2(got.contains(check.left(eq)), qPrintable(check));
         QCOMPARE(got[check.left(eq)], check.mid(eq + 1));
     }
+    // Printing draws the picture again from its code: at the screen's size, the same pixels.
+    QImage redrawn(p->picture4()->size(), QImage::Format_RGB32);
+    QPainter painter(&redrawn);
+    p->picture4()->paintTo(painter);
+    painter.end();
+    QCOMPARE(redrawn, p->picture4()->image());
     // The totals are read as they stand; a difference past 16 bits keeps the energy label.
     h.state.BrokenBondsEnergy = -30000;
     h.state.FormedBondsEnergy = 10000;

@@ -61,6 +61,7 @@ private slots:
     void controlNames();
     void sizingRuleOnShow();
     void welcomeText();
+    void statementLoadIsNotAnEdit();
     void closing_data();
     void closing();
     void fermerClosesThroughTheSamePath();
@@ -70,6 +71,8 @@ private slots:
     void optionsHeadings();
     void unknownLabelKeepsIndex();
     void reselectingResets();
+    void bannerAfterTabRoundTrip_data();
+    void bannerAfterTabRoundTrip();
     void activeLabelSitsLower();
     void comboFocusHint();
     void exerciseHandOverOnce();
@@ -191,6 +194,43 @@ void TestFeuilleP::welcomeText() {
     QCOMPARE(colourAt(QStringLiteral("Exercices.")), QColor(0, 0, 200));
     QCOMPARE(colourAt(QStringLiteral("Prise en main")), QColor(0, 0, 200));
     QCOMPARE(colourAt(QStringLiteral("dans le menu")), QColor(0, 0, 0));
+    QCOMPARE(w_->state().StatementModified, 0);
+}
+
+void TestFeuilleP::statementLoadIsNotAnEdit() {
+    auto* supertext = w_->findChild<QTextEdit*>(QStringLiteral("supertext"));
+    QCOMPARE(w_->supertext(), supertext);
+    const QString path = dir_->filePath(QStringLiteral("enonce.rtf"));
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write(
+        R"({\rtf1\ansi{\fonttbl{\f0 Arial;}}\f0 Le m\'e9thane CH\sub 4\nosupersub  br\'fble.\par})");
+    f.close();
+
+    QVERIFY(w_->loadStatement(path));
+    QCOMPARE(supertext->toPlainText(), QStringLiteral("Le méthane CH4 brûle."));
+    QCOMPARE(w_->state().StatementModified, 0); // the program's write is not an edit
+    QVERIFY(!supertext->isReadOnly());
+
+    // An unreadable file leaves the statement as it is.
+    QVERIFY(!w_->loadStatement(dir_->filePath(QStringLiteral("absent.rtf"))));
+    QCOMPARE(supertext->toPlainText(), QStringLiteral("Le méthane CH4 brûle."));
+
+    // The user's typing is an edit; what is saved reloads, again without counting as one.
+    supertext->setFocus();
+    supertext->moveCursor(QTextCursor::End);
+    QTest::keyClicks(supertext, QStringLiteral(" Oui"));
+    QCOMPARE(w_->state().StatementModified, 1);
+    const QString saved = dir_->filePath(QStringLiteral("copie.rtf"));
+    QVERIFY(w_->saveStatement(saved));
+    w_->state().StatementModified = 0;
+    QVERIFY(w_->loadStatement(saved));
+    QCOMPARE(supertext->toPlainText(), QStringLiteral("Le méthane CH4 brûle. Oui"));
+    QCOMPARE(w_->state().StatementModified, 0);
+    QVERIFY(!w_->saveStatement(dir_->filePath(QStringLiteral("no/such/folder/x.rtf"))));
+
+    w_->ShowWelcomeText();
+    QVERIFY(supertext->isReadOnly());
     QCOMPARE(w_->state().StatementModified, 0);
 }
 
@@ -358,6 +398,35 @@ void TestFeuilleP::reselectingResets() {
     QCOMPARE(slider->value(), 0);
     QCOMPARE(w_->state().AnimStep, 1); // the initial state drawn, the next step waiting
     QCOMPARE(w_->findChild<QLabel*>(QStringLiteral("Label5"))->text(), QStringLiteral("0,0 mol"));
+}
+
+void TestFeuilleP::bannerAfterTabRoundTrip_data() {
+    QTest::addColumn<int>("reaction");
+    QTest::addColumn<int>("chosenOn");
+    for (int r = 1; r <= 8; ++r)
+        for (int tab : {2, 3})
+            QTest::addRow("reaction %d chosen on tab %d", r, tab) << r << tab;
+}
+
+void TestFeuilleP::bannerAfterTabRoundTrip() {
+    QFETCH(int, reaction);
+    QFETCH(int, chosenOn);
+    // The equation banner: Picture3 above the molecules, as the screen shows it.
+    const auto banner = [this] {
+        QApplication::processEvents();
+        return w_->micro()->picture3()->grab(QRect(0, 0, 334, 38)).toImage();
+    };
+    w_->selectTab(1);
+    w_->selectReaction(reaction);
+    const QImage expected = banner();
+    const int other = reaction == 1 ? 2 : 1;
+    w_->selectReaction(other);
+    QVERIFY(banner() != expected);
+
+    w_->selectTab(chosenOn);
+    w_->selectReaction(reaction);
+    w_->selectTab(1);
+    QCOMPARE(banner(), expected);
 }
 
 void TestFeuilleP::activeLabelSitsLower() {
