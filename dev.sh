@@ -5,13 +5,17 @@
 #   ./dev.sh bench   install what is missing, build optimised, run the benchmarks
 #   ./dev.sh shots   render the main window for every reaction and tab into shots/
 #   ./dev.sh deb     build the Debian package thermivo_VERSION_ARCH.deb in build-release/
+#   ./dev.sh fuzz [SECONDS]  build the libFuzzer targets and run each for SECONDS (default 60)
+#   ./dev.sh test-asan       build the whole test suite with ASan and UBSan and run it
 set -euo pipefail
 cd "$(dirname "$0")"
 
 PACKAGES=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools libgl-dev qt6-svg-dev
           qt6-translations-l10n fonts-liberation fonts-dejavu-core libbenchmark-dev
           xvfb xauth
-          desktop-file-utils appstream xdg-utils shared-mime-info dpkg-dev)
+          desktop-file-utils appstream xdg-utils shared-mime-info dpkg-dev
+          clang libfuzzer-14-dev xxd
+          libpoppler-qt6-dev)
 
 install_missing() {
     local missing=()
@@ -30,6 +34,39 @@ build() {
     local dir=$1 type=$2
     cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE="$type" "${@:3}" >/dev/null
     cmake --build "$dir" -j"$(nproc)"
+}
+
+# Runs every fuzz target for $1 seconds on its seed corpus and dictionary. A crash, a broken
+# invariant or an input slower than 5 s lands in fuzz/findings/TARGET/ and is printed as hex;
+# the function then fails.
+run_fuzzers() {
+    local seconds=$1 failed=0
+    for exe in build-fuzz/fuzz/fuzz_*; do
+        [ -x "$exe" ] && [ -f "$exe" ] || continue
+        local name=${exe##*/fuzz_}
+        local corpus=build-fuzz/corpus/$name findings=fuzz/findings/$name
+        mkdir -p "$corpus" "$findings"
+        local dict=()
+        [ -f "fuzz/$name.dict" ] && dict=(-dict="fuzz/$name.dict")
+        local log=build-fuzz/$name.log
+        if "$exe" -max_total_time="$seconds" -timeout=5 -rss_limit_mb=2048 -print_final_stats=1 \
+            "${dict[@]}" -artifact_prefix="$findings/" "$corpus" "fuzz/corpus/$name" >"$log" 2>&1; then
+            local runs rate
+            runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
+            rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log")
+            echo "fuzz_$name: ${runs:-?} executions, ${rate:-?}/s, no finding"
+        else
+            failed=1
+            echo "fuzz_$name: FINDING"
+            grep -E "invariant broken|ERROR|SUMMARY" "$log" | head -5
+            for f in "$findings"/*; do
+                [ -f "$f" ] || continue
+                echo "input $f:"
+                xxd "$f" | head -40
+            done
+        fi
+    done
+    return $failed
 }
 
 case "${1:-run}" in
@@ -63,6 +100,20 @@ deb)
     (cd build-release && cpack -G DEB >/dev/null)
     ls build-release/thermivo_*.deb
     ;;
+fuzz)
+    install_missing
+    cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ \
+        -DTHERMIVO_FUZZ=ON -DTHERMIVO_BUILD_TESTS=OFF -DTHERMIVO_BUILD_BENCH=OFF >/dev/null
+    cmake --build build-fuzz --target fuzz_all -j"$(nproc)"
+    run_fuzzers "${2:-60}"
+    ;;
+test-asan)
+    install_missing
+    build build-asan Debug -DTHERMIVO_SANITIZE=ON -DTHERMIVO_BUILD_BENCH=OFF
+    export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+    export LSAN_OPTIONS=suppressions=$PWD/tests/lsan.supp:print_suppressions=0
+    cd build-asan && ctest --output-on-failure -j"$(nproc)"
+    ;;
 shots)
     install_missing
     build build RelWithDebInfo
@@ -76,7 +127,7 @@ shots)
     echo "Pictures in shots/"
     ;;
 *)
-    echo "usage: $0 run|test|bench|shots|deb" >&2
+    echo "usage: $0 run|test|bench|shots|deb|fuzz [SECONDS]|test-asan" >&2
     exit 2
     ;;
 esac

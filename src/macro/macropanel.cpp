@@ -1,6 +1,7 @@
 #include "macro/macropanel.h"
 
 #include "chemistry/catalogue.h"
+#include "macro/graphes.h"
 #include "mainwindow/context.h"
 #include "platform/canvas.h"
 #include "platform/checkedint.h"
@@ -178,6 +179,12 @@ void MacroPanel::buildControls() {
     picture4_->setBackColor(TableBack);
     picture4_->setGeometry(PictureLeft, PictureTop, PictureWidth, PictureHeight);
     picture4_->setFocusPolicy(Qt::StrongFocus);
+    // Drawn from outside any Paint handler; printing redraws it from the same code at the
+    // printer's resolution.
+    picture4_->setRedrawHandler([self = QPointer<MacroPanel>(this)](Canvas& c) {
+        if (self)
+            self->drawPicture4(c);
+    });
 
     using Glyph = platform::ImageButton::Glyph;
     image8_ = new platform::ImageButton(Glyph::First, QStringLiteral("Image8"),
@@ -203,7 +210,7 @@ void MacroPanel::buildControls() {
     command3_->setObjectName(QStringLiteral("Command3"));
     command3_->setToolTip(QStringLiteral("Énergie libérée en fonction de l'avancement"));
     command3_->setGeometry(ButtonColumnLeft, PictureTop + 120, 56, 26);
-    connect(command3_, &QPushButton::clicked, this, &MacroPanel::graphRequested);
+    connect(command3_, &QPushButton::clicked, this, &MacroPanel::Command3_Click);
 
     timer2_ = new QTimer(this);
     timer2_->setObjectName(QStringLiteral("Timer2"));
@@ -273,23 +280,6 @@ void MacroPanel::majqant() {
     drawGauges(open ? GaugeMode::Open : GaugeMode::Isolated, value);
 }
 
-void MacroPanel::drawGauges(GaugeMode mode, int sliderValue) {
-    const macro::GaugeLevels g = macro::gaugeLevels(mode, sliderValue, ctx_.state.CoolingCounter);
-    picture4_->cls(); // back to the frozen background
-    Canvas& c = picture4_->canvas();
-    platform::DrawState& s = c.state();
-    s.fillStyle = FillStyle::Solid;
-    c.line(138, g.systemThermometer, 138, 198, Red);
-    s.fillColor = Blue;
-    c.line(55, g.systemBar, 85, 218, Black, LineKind::Box);
-    c.line(53, 138, 88, 138, Black);
-    c.line(338, g.surroundingsThermometer, 338, 198, Red);
-    s.fillColor = Blue;
-    c.line(255, g.surroundingsBar, 285, 218, Black, LineKind::Box);
-    c.line(253, 98, 288, 98, Black);
-    s.fillStyle = FillStyle::Transparent;
-}
-
 namespace {
 
 // A thermometer of the system picture; the surroundings' one is the same 200 pixels right.
@@ -311,13 +301,8 @@ void drawThermometer(Canvas& c, int dx) {
     c.line(137 + dx, 25, 139 + dx, 198, platform::qbColor(8), LineKind::Box);
 }
 
-} // namespace
-
-void MacroPanel::prepapic4() {
-    const bool open = isOpenSystem();
-    picture4_->clearPicture();
-    picture4_->cls();
-    Canvas& c = picture4_->canvas();
+// The system picture's background: the ball, the two thermometers and bars, the captions.
+void drawSystemBackground(Canvas& c, bool open) {
     platform::DrawState& s = c.state();
     s.foreColor = Black;
     s.drawWidth = 1;
@@ -376,7 +361,42 @@ void MacroPanel::prepapic4() {
         c.line(331, 106, 346, 106, Black);
     else
         c.line(331, 136, 346, 136, Black);
+}
 
+// The levels over the background: red columns, blue energy bars and their marks.
+void drawGaugeBars(Canvas& c, const macro::GaugeLevels& g) {
+    platform::DrawState& s = c.state();
+    s.fillStyle = FillStyle::Solid;
+    c.line(138, g.systemThermometer, 138, 198, Red);
+    s.fillColor = Blue;
+    c.line(55, g.systemBar, 85, 218, Black, LineKind::Box);
+    c.line(53, 138, 88, 138, Black);
+    c.line(338, g.surroundingsThermometer, 338, 198, Red);
+    s.fillColor = Blue;
+    c.line(255, g.surroundingsBar, 285, 218, Black, LineKind::Box);
+    c.line(253, 98, 288, 98, Black);
+    s.fillStyle = FillStyle::Transparent;
+}
+
+} // namespace
+
+void MacroPanel::drawGauges(GaugeMode mode, int sliderValue) {
+    gauges_ = macro::gaugeLevels(mode, sliderValue, ctx_.state.CoolingCounter);
+    picture4_->cls(); // back to the frozen background
+    drawGaugeBars(picture4_->canvas(), gauges_);
+}
+
+void MacroPanel::drawPicture4(Canvas& c) {
+    drawSystemBackground(c, systemOpen_);
+    drawGaugeBars(c, gauges_);
+}
+
+void MacroPanel::prepapic4() {
+    const bool open = isOpenSystem();
+    systemOpen_ = open;
+    picture4_->clearPicture();
+    picture4_->cls();
+    drawSystemBackground(picture4_->canvas(), open);
     picture4_->freezePicture();
     drawGauges(open ? GaugeMode::Open : GaugeMode::Isolated, 0);
 }
@@ -562,6 +582,19 @@ void MacroPanel::Timer3_Timer() {
     }
     st.CoolingCounter = platform::sub16(st.CoolingCounter, macro::CoolingStep);
     drawGauges(GaugeMode::Cooling, hscroll1_->value());
+}
+
+void MacroPanel::Command3_Click() {
+    const AppState& st = ctx_.state;
+    if (!(st.MaxAdvancement > 0))
+        return; // nothing to plot without an advancement
+    macro::GraphInput input;
+    input.maxAdvancement = st.MaxAdvancement;
+    input.brokenBondsEnergy = st.BrokenBondsEnergy;
+    input.formedBondsEnergy = st.FormedBondsEnergy;
+    input.openSystem = isOpenSystem();
+    graphes window(input, ctx_.window);
+    window.exec();
 }
 
 bool MacroPanel::handleAmountKey(int index, QEvent* event) {

@@ -52,10 +52,8 @@ public slots:
     void Image11_Click();
     void Timer2_Timer();
     void Timer3_Timer();
-
-signals:
-    // "Graphe" was clicked: the main window opens the graph window.
-    void graphRequested();
+    // "Graphe": the graph window, modal, drawn from the balance as it stands.
+    void Command3_Click();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -67,12 +65,16 @@ private:
                       int column);
     void updateColumns();
     void drawGauges(macro::GaugeMode mode, int sliderValue);
+    // What Picture4 shows now (background and levels), on any canvas.
+    void drawPicture4(platform::Canvas& c);
     bool isOpenSystem() const;
     bool handleAmountKey(int index, QEvent* event);
     void pasteAmount(int index);
     void showAmountMenu(int index, const QPoint& pos);
 
     MainContext& ctx_;
+    bool systemOpen_ = true;      // the kind of system the background was drawn for
+    macro::GaugeLevels gauges_{}; // the levels last drawn
     platform::Surface* frame2_ = nullptr;
     platform::Surface* picture4_ = nullptr;
     std::array<QLineEdit*, 4> text1_{};

@@ -3,6 +3,9 @@
 #include "calculator/machine.h"
 #include "chemistry/catalogue.h"
 #include "macro/macropanel.h"
+#include "mainwindow/copymenu.h"
+#include "mainwindow/helpwindow.h"
+#include "mainwindow/hints.h"
 #include "mainwindow/intermodule.h"
 #include "mainwindow/optionspanel.h"
 #include "mainwindow/startup.h"
@@ -11,16 +14,20 @@
 #include "platform/canvas.h"
 #include "platform/messagebox.h"
 #include "platform/programfolder.h"
+#include "platform/richtext.h"
 #include "platform/surface.h"
+#include "printing/confimp.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QCursor>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
+#include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
@@ -79,7 +86,6 @@ void feuilleP::buildControls() {
     combo1_ = new QComboBox(this);
     combo1_->setObjectName(QStringLiteral("Combo1"));
     combo1_->setGeometry(ComboRect);
-    combo1_->installEventFilter(this);
     // A choice in the list, even of the reaction already shown, resets the views.
     connect(combo1_, &QComboBox::activated, this, [this](int) { Combo1_Click(); });
     ctx_.Combo1 = combo1_;
@@ -166,10 +172,17 @@ void feuilleP::buildControls() {
         ++slot;
     }
     // Buttons whose windows arrive later stay greyed rather than doing nothing.
-    for (int n : {2, 4, 7, 10, 11})
+    for (int n : {2, 11})
         commands_[static_cast<std::size_t>(n)]->setEnabled(false);
     connect(commands_[1], &QPushButton::clicked, this, &feuilleP::Command1_Click);
+    connect(commands_[4], &QPushButton::clicked, this, &feuilleP::Command4_Click);
+    connect(commands_[7], &QPushButton::clicked, this, &feuilleP::Command7_Click);
     connect(commands_[8], &QPushButton::clicked, this, &feuilleP::Command8_Click);
+    connect(commands_[10], &QPushButton::clicked, this, &feuilleP::Command10_Click);
+
+    copyMenu_ = new CopyMenu({micro_->picmicro(), micro_->picture2(), macro_->picture4()}, info_,
+                             state_, this);
+    hints_ = new Hints(this, info_, state_);
 }
 
 QSize feuilleP::screenPixels() const {
@@ -191,8 +204,7 @@ void feuilleP::applySizingRule() {
 }
 
 void feuilleP::setHint(const QString& text) {
-    info_->setProperty("Caption", text);
-    info_->setText(platform::captionText(text));
+    setInfoCaption(info_, text);
 }
 
 void feuilleP::showEvent(QShowEvent* event) {
@@ -370,6 +382,23 @@ void feuilleP::ShowWelcomeText() {
     writingStatement_ = false;
 }
 
+bool feuilleP::loadStatement(const QString& path) {
+    writingStatement_ = true;
+    const bool loaded = platform::loadRichText(*supertext_, path);
+    if (loaded)
+        supertext_->setReadOnly(false); // unlike the welcome text, a statement may be edited
+    writingStatement_ = false;
+    return loaded;
+}
+
+bool feuilleP::saveStatement(const QString& path) const {
+    return platform::saveRichText(*supertext_, path);
+}
+
+void feuilleP::printStatement(QPagedPaintDevice& device) const {
+    platform::printRichText(*supertext_, device);
+}
+
 void feuilleP::liste() {
     combo1_->clear();
     for (int i = 1; i <= chemistry::ReactionCount; ++i)
@@ -409,14 +438,35 @@ void feuilleP::Combo1_Click() {
     });
 }
 
-bool feuilleP::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == combo1_ && event->type() == QEvent::FocusIn)
-        setHint(QStringLiteral("Choisir la réaction dans le liste"));
-    return QWidget::eventFilter(watched, event);
-}
-
 void feuilleP::Command1_Click() {
     close();
+}
+
+void feuilleP::Command4_Click() {
+    copyMenu_->popup(QCursor::pos());
+}
+
+void feuilleP::Command7_Click() {
+    QString folder;
+    tolerant([&] { folder = platform::programFolder(); });
+    // The energy diagram is kept while the help is open and put back afterwards.
+    QImage sauvetage;
+    tolerant([&] { sauvetage = micro_->picture2()->image(); });
+    tolerant([&] { HelpWindow::showHelp(this, folder); });
+    tolerant([&] { micro_->picture2()->restoreImage(sauvetage); });
+}
+
+QPrinter& feuilleP::printer() {
+    // Made on the first print, so that start-up does not look for printers.
+    if (!printer_)
+        printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    return *printer_;
+}
+
+void feuilleP::Command10_Click() {
+    printing::confimp window({micro_->picmicro(), micro_->picture2(), macro_->picture4()},
+                             printer(), this);
+    window.exec();
 }
 
 void feuilleP::Command8_Click() {

@@ -11,9 +11,13 @@
 #include <memory>
 #include <optional>
 
+class CopyMenu;
+class Hints;
 class QComboBox;
 class QLabel;
 class QLineEdit;
+class QPrinter;
+class QPagedPaintDevice;
 class QPushButton;
 class QTextEdit;
 class MicroPanel;
@@ -40,6 +44,9 @@ public:
     MacroPanel* macro() const { return macro_; }
     TabStrip* tabs() const { return tabs_; }
     OptionsPanel* options() const { return options_; }
+    CopyMenu* copyMenu() const { return copyMenu_; }
+    // The program's printer, kept with the user's choice between two prints.
+    QPrinter& printer();
 
     // Screen size used by the sizing rule; the real screen unless a test sets one.
     void setScreenSizeOverride(std::optional<QSize> pixels) { screenOverride_ = pixels; }
@@ -51,6 +58,14 @@ public:
     }
 
     bool loaded() const { return loaded_; }
+
+    // The statement area `supertext`, for the exercise browser: rich text (RTF) loaded, saved
+    // and printed. A load makes the area editable and is not an edit: StatementModified is
+    // left as it was. Load and save return false when the file cannot be read or written.
+    QTextEdit* supertext() const { return supertext_; }
+    bool loadStatement(const QString& path);
+    bool saveStatement(const QString& path) const;
+    void printStatement(QPagedPaintDevice& device) const;
 
     // Picks a reaction (1..8) as the user would in the list, and a tab (1..3) as a click on it.
     void selectReaction(int index);
@@ -72,7 +87,10 @@ public:
     void liste();
     void Combo1_Click();
     void Command1_Click();
+    void Command4_Click();
+    void Command7_Click();
     void Command8_Click();
+    void Command10_Click();
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -80,7 +98,6 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void buildControls();
@@ -102,6 +119,9 @@ private:
     TabStrip* tabs_ = nullptr;
     MicroPanel* micro_ = nullptr;
     MacroPanel* macro_ = nullptr;
+    CopyMenu* copyMenu_ = nullptr;
+    Hints* hints_ = nullptr;
+    std::unique_ptr<QPrinter> printer_;
 
     QImage background_;
     std::optional<QSize> screenOverride_;

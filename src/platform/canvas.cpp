@@ -94,7 +94,7 @@ Qt::PenStyle penStyleFor(int drawStyle) {
 
 // From a to b, leaving out b, as the old line drawing did. Axis-parallel lines (most of what
 // this program draws, the window background alone has 601) are filled as one rectangle.
-void plotLine(QPainter& p, QPoint a, QPoint b, const QColor& color) {
+void plotLine(QPainter& p, QPoint a, QPoint b, const QColor& color, bool scaled) {
     if (a == b)
         return;
     if (a.y() == b.y()) {
@@ -105,6 +105,13 @@ void plotLine(QPainter& p, QPoint a, QPoint b, const QColor& color) {
     if (a.x() == b.x()) {
         const int y0 = a.y() < b.y() ? a.y() : b.y() + 1;
         p.fillRect(QRect(a.x(), y0, 1, std::abs(b.y() - a.y())), color);
+        return;
+    }
+    if (scaled) {
+        // On a finer device the slanted line is drawn as a line one surface pixel wide, through
+        // the pixel centres, rather than as a staircase of enlarged dots.
+        p.setPen(QPen(color, 1, Qt::SolidLine, Qt::FlatCap));
+        p.drawLine(QPointF(a) + QPointF(0.5, 0.5), QPointF(b) + QPointF(0.5, 0.5));
         return;
     }
     // Bresenham for the slanted ones.
@@ -132,7 +139,8 @@ void plotLine(QPainter& p, QPoint a, QPoint b, const QColor& color) {
 } // namespace
 
 Canvas::Canvas(QPainter& painter, DrawState& state, QSize pixelSize)
-    : p_(painter), st_(state), size_(pixelSize) {
+    : p_(painter), st_(state), size_(pixelSize),
+      scaled_(painter.transform().type() >= QTransform::TxScale) {
     p_.setRenderHint(QPainter::Antialiasing, false);
     p_.setRenderHint(QPainter::TextAntialiasing, true);
 }
@@ -194,7 +202,7 @@ void Canvas::line(double x1, double y1, double x2, double y2, std::optional<QCol
 
     if (kind == LineKind::Plain) {
         if (st_.drawWidth <= 1 && st_.drawStyle == 0) {
-            plotLine(p_, a, b, c);
+            plotLine(p_, a, b, c, scaled_);
             return;
         }
         p_.setPen(QPen(c, std::max(1, st_.drawWidth), penStyleFor(st_.drawStyle), Qt::RoundCap));
@@ -242,7 +250,7 @@ void Canvas::circle(double x, double y, double r, std::optional<QColor> color,
     const QRectF box(cx - rx, cy - ry, 2 * rx, 2 * ry);
 
     QPen pen(c, std::max(1, st_.drawWidth), penStyleFor(st_.drawStyle));
-    if (st_.drawWidth <= 1)
+    if (st_.drawWidth <= 1 && !scaled_)
         pen.setWidth(0);
     p_.setPen(pen);
     p_.setBrush(st_.fillStyle == FillStyle::Solid ? QBrush(st_.fillColor) : QBrush(Qt::NoBrush));

@@ -103,6 +103,9 @@ private:
     DrawState& st_;
     QSize size_;
     const QImage* picture_ = nullptr;
+    // Drawn onto a finer device (a printer page): one-pixel strokes must keep their width there
+    // instead of becoming hairlines.
+    bool scaled_ = false;
 };
 
 // Maps text written for the old "Symbol" font to Unicode (Δ, π, →, ←, √, ÷); the extender and

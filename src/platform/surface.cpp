@@ -43,6 +43,10 @@ void Surface::setPaintHandler(PaintHandler handler) {
     paint_ = std::move(handler);
 }
 
+void Surface::setRedrawHandler(PaintHandler handler) {
+    redraw_ = std::move(handler);
+}
+
 void Surface::endDrawing() {
     canvas_.reset();
     if (painter_) {
@@ -136,19 +140,34 @@ QImage Surface::image() {
     return image_;
 }
 
+void Surface::restoreImage(const QImage& kept) {
+    endDrawing();
+    ensureImage();
+    pending_ = false;
+    QPainter p(&image_);
+    p.drawImage(0, 0, kept);
+    p.end();
+    update();
+}
+
 void Surface::paintTo(QPainter& painter) {
-    if (!paint_) {
+    if (!paint_ && !redraw_) {
         painter.drawImage(0, 0, image());
         return;
     }
     const QSize sz = size().expandedTo(QSize(1, 1));
     painter.fillRect(QRect(QPoint(0, 0), sz), state_.backColor);
-    if (!picture_.isNull())
-        painter.drawImage(0, 0, picture_);
     DrawState copy = state_; // the screen keeps its own CurrentX/CurrentY and colours
     Canvas c(painter, copy, sz);
-    c.setBackgroundPicture(&picture_);
-    paint_(c);
+    if (paint_) {
+        if (!picture_.isNull())
+            painter.drawImage(0, 0, picture_);
+        c.setBackgroundPicture(&picture_);
+        paint_(c);
+    } else {
+        // The redraw draws the frozen background too, from its code.
+        redraw_(c);
+    }
 }
 
 QPointF Surface::toUser(const QPointF& pixel) const {

@@ -36,6 +36,9 @@ public:
     // or read; and when the box is shown again after being hidden without a refresh since.
     using PaintHandler = std::function<void(Canvas&)>;
     void setPaintHandler(PaintHandler handler);
+    // For boxes drawn from outside their Paint handler: code that draws what the box shows
+    // now, so that paintTo can draw it again at another resolution.
+    void setRedrawHandler(PaintHandler handler);
     // Refresh: clears to the background and runs the Paint handler now (if any), then repaints.
     void refresh();
 
@@ -53,9 +56,13 @@ public:
 
     // What the box shows now, in surface pixels.
     QImage image();
+    // Puts a drawing read earlier with image() back as what the box shows, leaving its frozen
+    // picture alone.
+    void restoreImage(const QImage& kept);
 
-    // Draws the box's Paint handler onto another painter (printer page, export) at the
-    // painter's current transform, in this box's pixel size.
+    // Draws the box's Paint handler (or its redraw handler) onto another painter (printer
+    // page, export) at the painter's current transform, in this box's pixel size; a box with
+    // neither gives its image.
     void paintTo(QPainter& painter);
 
     // Mouse positions converted to the box's scale.
@@ -84,6 +91,7 @@ private:
     QImage image_;
     QImage picture_;
     PaintHandler paint_;
+    PaintHandler redraw_;
     std::unique_ptr<QPainter> painter_;
     std::unique_ptr<Canvas> canvas_;
     bool pending_ = false;

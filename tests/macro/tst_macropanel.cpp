@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -249,6 +250,12 @@ void TestMacroPanel::scenarios() {
         QVERIFY2(got.contains(check.left(eq)), qPrintable(check));
         QCOMPARE(got[check.left(eq)], check.mid(eq + 1));
     }
+    // Printing draws the picture again from its code: at the screen's size, the same pixels.
+    QImage redrawn(p->picture4()->size(), QImage::Format_RGB32);
+    QPainter painter(&redrawn);
+    p->picture4()->paintTo(painter);
+    painter.end();
+    QCOMPARE(redrawn, p->picture4()->image());
     // The totals are read as they stand; a difference past 16 bits keeps the energy label.
     h.state.BrokenBondsEnergy = -30000;
     h.state.FormedBondsEnergy = 10000;

@@ -61,6 +61,7 @@ private slots:
     void controlNames();
     void sizingRuleOnShow();
     void welcomeText();
+    void statementLoadIsNotAnEdit();
     void closing_data();
     void closing();
     void fermerClosesThroughTheSamePath();
@@ -193,6 +194,43 @@ void TestFeuilleP::welcomeText() {
     QCOMPARE(colourAt(QStringLiteral("Exercices.")), QColor(0, 0, 200));
     QCOMPARE(colourAt(QStringLiteral("Prise en main")), QColor(0, 0, 200));
     QCOMPARE(colourAt(QStringLiteral("dans le menu")), QColor(0, 0, 0));
+    QCOMPARE(w_->state().StatementModified, 0);
+}
+
+void TestFeuilleP::statementLoadIsNotAnEdit() {
+    auto* supertext = w_->findChild<QTextEdit*>(QStringLiteral("supertext"));
+    QCOMPARE(w_->supertext(), supertext);
+    const QString path = dir_->filePath(QStringLiteral("enonce.rtf"));
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write(
+        R"({\rtf1\ansi{\fonttbl{\f0 Arial;}}\f0 Le m\'e9thane CH\sub 4\nosupersub  br\'fble.\par})");
+    f.close();
+
+    QVERIFY(w_->loadStatement(path));
+    QCOMPARE(supertext->toPlainText(), QStringLiteral("Le méthane CH4 brûle."));
+    QCOMPARE(w_->state().StatementModified, 0); // the program's write is not an edit
+    QVERIFY(!supertext->isReadOnly());
+
+    // An unreadable file leaves the statement as it is.
+    QVERIFY(!w_->loadStatement(dir_->filePath(QStringLiteral("absent.rtf"))));
+    QCOMPARE(supertext->toPlainText(), QStringLiteral("Le méthane CH4 brûle."));
+
+    // The user's typing is an edit; what is saved reloads, again without counting as one.
+    supertext->setFocus();
+    supertext->moveCursor(QTextCursor::End);
+    QTest::keyClicks(supertext, QStringLiteral(" Oui"));
+    QCOMPARE(w_->state().StatementModified, 1);
+    const QString saved = dir_->filePath(QStringLiteral("copie.rtf"));
+    QVERIFY(w_->saveStatement(saved));
+    w_->state().StatementModified = 0;
+    QVERIFY(w_->loadStatement(saved));
+    QCOMPARE(supertext->toPlainText(), QStringLiteral("Le méthane CH4 brûle. Oui"));
+    QCOMPARE(w_->state().StatementModified, 0);
+    QVERIFY(!w_->saveStatement(dir_->filePath(QStringLiteral("no/such/folder/x.rtf"))));
+
+    w_->ShowWelcomeText();
+    QVERIFY(supertext->isReadOnly());
     QCOMPARE(w_->state().StatementModified, 0);
 }
 

@@ -14,7 +14,8 @@ check() { local what=$1; shift; if "$@"; then ok "$what"; else ko "$what"; fi; }
 DESTDIR="$root" cmake --install "$build" --prefix /usr >/dev/null || { echo "FAIL: install"; exit 1; }
 usr="$root/usr"
 
-for f in bin/thermivo share/thermivo/README.txt share/applications/thermivo.desktop \
+for f in bin/thermivo share/thermivo/README.txt share/thermivo/aide/index.html \
+         share/applications/thermivo.desktop \
          share/mime/packages/thermivo.xml share/metainfo/fr.orbitex.thermivo.metainfo.xml \
          share/icons/hicolor/scalable/apps/thermivo.svg \
          share/icons/hicolor/48x48/apps/thermivo.png share/icons/hicolor/128x128/apps/thermivo.png \

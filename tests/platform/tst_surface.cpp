@@ -54,6 +54,8 @@ private slots:
     void symbolText_data();
     void symbolText();
     void paintToScaledDevice();
+    void redrawOfABoxDrawnOutside();
+    void restoredImageLeavesThePicture();
 };
 
 void TestSurface::pixels_data() {
@@ -160,6 +162,44 @@ void TestSurface::paintToScaledDevice() {
     QCOMPARE(QColor(page.pixel(2, 2)), Red);
     QCOMPARE(QColor(page.pixel(38, 38)), Red);
     QCOMPARE(QColor(page.pixel(42, 2)), White);
+}
+
+void TestSurface::redrawOfABoxDrawnOutside() {
+    Surface s;
+    s.resize(20, 10);
+    s.canvas().line(0, 0, 9, 9, Red, LineKind::FilledBox);
+    s.freezePicture();
+    QImage page(80, 40, QImage::Format_RGB32);
+    const auto print = [&] {
+        page.fill(Qt::black);
+        QPainter p(&page);
+        p.scale(4, 4);
+        s.paintTo(p);
+    };
+    print(); // no drawing code: the image, enlarged
+    QCOMPARE(QColor(page.pixel(2, 2)), Red);
+    QCOMPARE(QColor(page.pixel(42, 2)), White);
+    // With its drawing code the box is drawn again, its frozen picture left out.
+    s.setRedrawHandler([](Canvas& c) { c.line(10, 0, 19, 9, Green, LineKind::FilledBox); });
+    print();
+    QCOMPARE(QColor(page.pixel(2, 2)), White);
+    QCOMPARE(QColor(page.pixel(42, 2)), Green);
+    QCOMPARE(QColor(page.pixel(78, 38)), Green);
+}
+
+void TestSurface::restoredImageLeavesThePicture() {
+    Surface s;
+    s.resize(20, 10);
+    s.canvas().line(0, 0, 4, 4, Blue, LineKind::FilledBox);
+    s.freezePicture();
+    s.canvas().line(10, 0, 14, 4, Red, LineKind::FilledBox);
+    const QImage kept = s.image();
+    s.canvas().line(0, 0, 19, 9, Green, LineKind::FilledBox);
+    s.restoreImage(kept);
+    QCOMPARE(s.image(), kept);
+    s.cls(); // the frozen picture is still the blue square alone
+    QCOMPARE(QColor(s.image().pixel(2, 2)), Blue);
+    QCOMPARE(QColor(s.image().pixel(12, 2)), White);
 }
 
 QTEST_MAIN(TestSurface)
