@@ -2,8 +2,10 @@
 #include "mainwindow/feuillep.h"
 #include "platform/programfolder.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QPointer>
 #include <QTimer>
 
 int main(int argc, char* argv[]) {
@@ -20,13 +22,27 @@ int main(int argc, char* argv[]) {
         QStringLiteral("screenshot"),
         QStringLiteral("Render the main window into FILE.png once painted, then quit."),
         QStringLiteral("FILE"));
-    const QCommandLineOption reactionOption(
-        QStringLiteral("reaction"), QStringLiteral("With --screenshot: reaction 1 to 8."),
-        QStringLiteral("N"));
+    const QCommandLineOption reactionOption(QStringLiteral("reaction"),
+                                            QStringLiteral("With --screenshot: reaction 1 to 8."),
+                                            QStringLiteral("N"));
     const QCommandLineOption tabOption(
-        QStringLiteral("tab"), QStringLiteral("With --screenshot: tab 1 Micro, 2 Macro, 3 Options."),
-        QStringLiteral("N"));
-    parser.addOptions({folderOption, screenshotOption, reactionOption, tabOption});
+        QStringLiteral("tab"),
+        QStringLiteral("With --screenshot: tab 1 Micro, 2 Macro, 3 Options."), QStringLiteral("N"));
+    const QCommandLineOption statementOption(
+        QStringLiteral("statement"),
+        QStringLiteral("With --screenshot: load this RTF file into the statement area."),
+        QStringLiteral("FILE"));
+    const QCommandLineOption widgetOption(
+        QStringLiteral("widget"),
+        QStringLiteral("With --screenshot: render only the control of this name (Picture4)."),
+        QStringLiteral("NAME"));
+    const QCommandLineOption clickOption(
+        QStringLiteral("click"),
+        QStringLiteral("With --screenshot: click the button of this name (Command8) and render "
+                       "the window it opens."),
+        QStringLiteral("NAME"));
+    parser.addOptions({folderOption, screenshotOption, reactionOption, tabOption, statementOption,
+                       widgetOption, clickOption});
     parser.process(app);
 
     if (parser.isSet(folderOption))
@@ -38,12 +54,33 @@ int main(int argc, char* argv[]) {
         window.setQuietShutdown(true);
         const int reaction = parser.value(reactionOption).toInt();
         const int tab = parser.value(tabOption).toInt();
-        QObject::connect(&window, &feuilleP::firstPainted, &window, [&window, shot, reaction, tab] {
+        const QString statement = parser.value(statementOption);
+        const QString widget = parser.value(widgetOption);
+        const QString click = parser.value(clickOption);
+        QObject::connect(&window, &feuilleP::firstPainted, &window, [=, &window] {
             if (reaction > 0)
                 window.selectReaction(reaction);
             if (tab > 0)
                 window.selectTab(tab);
-            window.grab().save(shot);
+            if (!statement.isEmpty())
+                window.loadStatement(statement);
+            auto* button = click.isEmpty() ? nullptr : window.findChild<QAbstractButton*>(click);
+            if (button) {
+                // The window the button opens is modal: render it from inside its own loop.
+                QTimer::singleShot(0, &window, [shot] {
+                    QPointer<QWidget> dialog = QApplication::activeModalWidget();
+                    if (dialog) {
+                        dialog->grab().save(shot);
+                        dialog->close();
+                    }
+                });
+                button->click();
+            } else if (QWidget* part =
+                           widget.isEmpty() ? nullptr : window.findChild<QWidget*>(widget)) {
+                part->grab().save(shot);
+            } else {
+                window.grab().save(shot);
+            }
             window.close();
         });
     }

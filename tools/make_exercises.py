@@ -114,7 +114,7 @@ RTF_HEADER = (
     r"{\colortbl;\red0\green0\blue200;}" + "\n" + r"\uc1\f0\fs20" + "\n"
 )
 
-FORMULA = re.compile(r"(?<![\w])(?:(?:Cl|C|H|O)\d*)+(?![\w])")
+FORMULA = re.compile(r"(?<![\w.])(?:(?:Cl|C|H|O)\d*)+(?![\w])")
 UNIT = r"(?:mol|kJ|J|g|kg|°C|%)"
 
 
@@ -289,7 +289,7 @@ def rtf_runs(runs):
 TABLE_TABS = {
     3: r"\tqc\tx2300\tqc\tx3600",
     4: r"\tqc\tx1750\tqc\tx2750\tqc\tx3750",
-    5: r"\tqc\tx1500\tqc\tx2250\tqc\tx3000\tqc\tx3750",
+    5: r"\tqc\tx1250\tqc\tx2080\tqc\tx2910\tqc\tx3740",
 }
 
 
@@ -316,7 +316,7 @@ def paragraphs(source):
         elif re.match(r"^\{\{situation[^}]*\}\}\s*\|", stripped):
             # A situation written before a row goes into its first cell.
             tag, _, row = stripped.partition("}}")
-            kind, stripped = "row", "|" + tag + "}}" + row.strip()[1:]
+            kind, stripped = "row", "|" + tag + "}}" + row.strip()[1:].lstrip()
         elif re.match(r"^\d+\. ", stripped):
             kind = "item"
         elif stripped.startswith("- "):
