@@ -7,6 +7,7 @@
 #include <QCommandLineParser>
 #include <QPointer>
 #include <QTimer>
+#include <memory>
 
 int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
@@ -38,8 +39,8 @@ int main(int argc, char* argv[]) {
         QStringLiteral("NAME"));
     const QCommandLineOption clickOption(
         QStringLiteral("click"),
-        QStringLiteral("With --screenshot: click the button of this name (Command8) and render "
-                       "the window it opens."),
+        QStringLiteral("With --screenshot: click the button of this name first (Image6); the "
+                       "window it opens is rendered, if any (Command8)."),
         QStringLiteral("NAME"));
     parser.addOptions({folderOption, screenshotOption, reactionOption, tabOption, statementOption,
                        widgetOption, clickOption});
@@ -64,22 +65,23 @@ int main(int argc, char* argv[]) {
                 window.selectTab(tab);
             if (!statement.isEmpty())
                 window.loadStatement(statement);
-            auto* button = click.isEmpty() ? nullptr : window.findChild<QAbstractButton*>(click);
-            if (button) {
-                // The window the button opens is modal: render it from inside its own loop.
-                QTimer::singleShot(0, &window, [shot] {
-                    QPointer<QWidget> dialog = QApplication::activeModalWidget();
-                    if (dialog) {
+            // A clicked button may open a modal window: it is rendered from inside its own
+            // loop. Otherwise the click's effect on the main window is what is rendered.
+            auto rendered = std::make_shared<bool>(false);
+            if (auto* button =
+                    click.isEmpty() ? nullptr : window.findChild<QAbstractButton*>(click)) {
+                QTimer::singleShot(0, &window, [shot, rendered] {
+                    if (QPointer<QWidget> dialog = QApplication::activeModalWidget()) {
                         dialog->grab().save(shot);
+                        *rendered = true;
                         dialog->close();
                     }
                 });
                 button->click();
-            } else if (QWidget* part =
-                           widget.isEmpty() ? nullptr : window.findChild<QWidget*>(widget)) {
-                part->grab().save(shot);
-            } else {
-                window.grab().save(shot);
+            }
+            if (!*rendered) {
+                QWidget* part = widget.isEmpty() ? nullptr : window.findChild<QWidget*>(widget);
+                (part ? part : static_cast<QWidget*>(&window))->grab().save(shot);
             }
             window.close();
         });
