@@ -245,6 +245,9 @@ def finish(runs):
     return out
 
 
+FALLBACK = {MINUS: "-", "\u0394": "D", "\u2192": ">", "\u2248": "~"}
+
+
 def rtf_text(text):
     out = []
     for ch in text:
@@ -262,8 +265,10 @@ def rtf_text(text):
                 byte = ch.encode("cp1252")
                 out.append(f"\\'{byte[0]:02x}")
             except UnicodeEncodeError:
+                # The blank ends the control word; the next character is what a reader
+                # without Unicode shows instead.
                 signed = code if code < 32768 else code - 65536
-                out.append(f"\\u{signed}?")
+                out.append(f"\\u{signed} {FALLBACK.get(ch, '?')}")
     return "".join(out)
 
 
