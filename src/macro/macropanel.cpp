@@ -594,6 +594,8 @@ void MacroPanel::Command3_Click() {
     input.formedBondsEnergy = st.FormedBondsEnergy;
     input.openSystem = isOpenSystem();
     graphes window(input, ctx_.window);
+    if (ctx_.printer)
+        window.setPrinter(ctx_.printer());
     window.exec();
 }
 

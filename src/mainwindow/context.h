@@ -6,9 +6,11 @@
 #include <QVariant>
 #include <array>
 #include <cstdint>
+#include <functional>
 
 class QCheckBox;
 class QLabel;
+class QPrinter;
 class QRadioButton;
 class QWidget;
 
@@ -26,6 +28,8 @@ struct MainContext {
     std::array<QCheckBox*, 3> Check1{};     // options
     std::array<QRadioButton*, 2> Option1{}; // 0 isolated system, 1 open system
     QLabel* info = nullptr;                 // hint label
+    // The program's printer, kept with the user's choice between prints (made on first use).
+    std::function<QPrinter*()> printer;
 
     explicit MainContext(AppState& s) : state(s) {}
 

@@ -109,6 +109,7 @@ void feuilleP::buildControls() {
     info_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     info_->setStyleSheet(QStringLiteral("color: rgb(0, 0, 140);"));
     ctx_.info = info_;
+    ctx_.printer = [this] { return &printer(); };
 
     tabs_ = new TabStrip(state_, onglets_, this);
 
