@@ -4,6 +4,8 @@
 #   ./dev.sh test    install what is missing, build, run the whole test suite headless
 #   ./dev.sh bench   install what is missing, build optimised, run the benchmarks
 #   ./dev.sh shots   render the main window for every reaction and tab into shots/
+#   ./dev.sh helpshots  render the pictures of the help pages into data/aide/images/
+#   ./dev.sh exercises  rebuild data/exercices/ and data/tervox.PEM from tools/exercices/
 #   ./dev.sh deb     build the Debian package thermivo_VERSION_ARCH.deb in build-release/
 #   ./dev.sh fuzz [SECONDS]  build the libFuzzer targets and run each for SECONDS (default 60)
 #   ./dev.sh test-asan       build the whole test suite with ASan and UBSan and run it
@@ -15,7 +17,7 @@ PACKAGES=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools libgl-dev qt6-sv
           xvfb xauth
           desktop-file-utils appstream xdg-utils shared-mime-info dpkg-dev
           clang libfuzzer-14-dev xxd
-          libpoppler-qt6-dev)
+          libpoppler-qt6-dev python3)
 
 install_missing() {
     local missing=()
@@ -126,8 +128,30 @@ shots)
     done
     echo "Pictures in shots/"
     ;;
+helpshots)
+    install_missing
+    build build RelWithDebInfo
+    out=data/aide/images
+    mkdir -p "$out"
+    shot() {
+        local name=$1
+        shift
+        QT_QPA_PLATFORM=offscreen ./build/bin/thermivo --screenshot "$out/$name.png" "$@" 2>/dev/null
+    }
+    shot fenetre --reaction 1 --tab 1 --statement data/exercices/prise_en_main.rtf
+    shot micro --reaction 1 --tab 1 --click Image6 --widget Onglets
+    shot donnees --reaction 1 --tab 1 --click Check1_2 --widget Picture5
+    shot macro --reaction 1 --tab 2 --click Image9 --widget Onglets
+    shot options --reaction 1 --tab 3 --widget Onglets
+    shot graphe --reaction 1 --tab 2 --click Command3
+    shot calculatrice --click Command8
+    echo "Pictures in $out/"
+    ;;
+exercises)
+    python3 tools/make_exercises.py
+    ;;
 *)
-    echo "usage: $0 run|test|bench|shots|deb|fuzz [SECONDS]|test-asan" >&2
+    echo "usage: $0 run|test|bench|shots|helpshots|exercises|deb|fuzz [SECONDS]|test-asan" >&2
     exit 2
     ;;
 esac

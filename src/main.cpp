@@ -2,10 +2,13 @@
 #include "mainwindow/feuillep.h"
 #include "platform/programfolder.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QPointer>
 #include <QTimer>
+#include <memory>
 
 int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
@@ -21,13 +24,27 @@ int main(int argc, char* argv[]) {
         QStringLiteral("screenshot"),
         QStringLiteral("Render the main window into FILE.png once painted, then quit."),
         QStringLiteral("FILE"));
-    const QCommandLineOption reactionOption(
-        QStringLiteral("reaction"), QStringLiteral("With --screenshot: reaction 1 to 8."),
-        QStringLiteral("N"));
+    const QCommandLineOption reactionOption(QStringLiteral("reaction"),
+                                            QStringLiteral("With --screenshot: reaction 1 to 8."),
+                                            QStringLiteral("N"));
     const QCommandLineOption tabOption(
-        QStringLiteral("tab"), QStringLiteral("With --screenshot: tab 1 Micro, 2 Macro, 3 Options."),
-        QStringLiteral("N"));
-    parser.addOptions({folderOption, screenshotOption, reactionOption, tabOption});
+        QStringLiteral("tab"),
+        QStringLiteral("With --screenshot: tab 1 Micro, 2 Macro, 3 Options."), QStringLiteral("N"));
+    const QCommandLineOption statementOption(
+        QStringLiteral("statement"),
+        QStringLiteral("With --screenshot: load this RTF file into the statement area."),
+        QStringLiteral("FILE"));
+    const QCommandLineOption widgetOption(
+        QStringLiteral("widget"),
+        QStringLiteral("With --screenshot: render only the control of this name (Picture4)."),
+        QStringLiteral("NAME"));
+    const QCommandLineOption clickOption(
+        QStringLiteral("click"),
+        QStringLiteral("With --screenshot: click the button of this name first (Image6); the "
+                       "window it opens is rendered, if any (Command8)."),
+        QStringLiteral("NAME"));
+    parser.addOptions({folderOption, screenshotOption, reactionOption, tabOption, statementOption,
+                       widgetOption, clickOption});
     parser.addPositionalArgument(QStringLiteral("file"),
                                  QStringLiteral("Configuration file (.C10) to open at start."),
                                  QStringLiteral("[FILE.C10]"));
@@ -48,12 +65,34 @@ int main(int argc, char* argv[]) {
         window.setQuietShutdown(true);
         const int reaction = parser.value(reactionOption).toInt();
         const int tab = parser.value(tabOption).toInt();
-        QObject::connect(&window, &feuilleP::firstPainted, &window, [&window, shot, reaction, tab] {
+        const QString statement = parser.value(statementOption);
+        const QString widget = parser.value(widgetOption);
+        const QString click = parser.value(clickOption);
+        QObject::connect(&window, &feuilleP::firstPainted, &window, [=, &window] {
             if (reaction > 0)
                 window.selectReaction(reaction);
             if (tab > 0)
                 window.selectTab(tab);
-            window.grab().save(shot);
+            if (!statement.isEmpty())
+                window.loadStatement(statement);
+            // A clicked button may open a modal window: it is rendered from inside its own
+            // loop. Otherwise the click's effect on the main window is what is rendered.
+            auto rendered = std::make_shared<bool>(false);
+            if (auto* button =
+                    click.isEmpty() ? nullptr : window.findChild<QAbstractButton*>(click)) {
+                QTimer::singleShot(0, &window, [shot, rendered] {
+                    if (QPointer<QWidget> dialog = QApplication::activeModalWidget()) {
+                        dialog->grab().save(shot);
+                        *rendered = true;
+                        dialog->close();
+                    }
+                });
+                button->click();
+            }
+            if (!*rendered) {
+                QWidget* part = widget.isEmpty() ? nullptr : window.findChild<QWidget*>(widget);
+                (part ? part : static_cast<QWidget*>(&window))->grab().save(shot);
+            }
             window.close();
         });
     }
