@@ -5,10 +5,12 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
@@ -133,6 +135,7 @@ void TestHelp::everyLinkResolves() {
     const QStringList pages = folder.entryList({QStringLiteral("*.html")}, QDir::Files);
     QVERIFY(pages.contains(QStringLiteral("index.html")));
     static const QRegularExpression source(QStringLiteral("src\\s*=\\s*\"([^\"]+)\""));
+    QHash<QString, QStringList> links;
     for (const QString& page : pages) {
         QFile f(folder.filePath(page));
         QVERIFY(f.open(QIODevice::ReadOnly));
@@ -153,8 +156,21 @@ void TestHelp::everyLinkResolves() {
                 continue; // a web address, opened outside
             QVERIFY2(url.path().isEmpty() || folder.exists(url.path()),
                      qPrintable(page + QStringLiteral(" → ") + target));
+            if (url.path().endsWith(QStringLiteral(".html")))
+                links[page] << url.path();
         }
     }
+    // Every page can be reached from the contents page by following links.
+    QSet<QString> reached{QStringLiteral("index.html")};
+    QStringList queue{QStringLiteral("index.html")};
+    while (!queue.isEmpty())
+        for (const QString& next : links.value(queue.takeFirst()))
+            if (!reached.contains(next)) {
+                reached.insert(next);
+                queue << next;
+            }
+    for (const QString& page : pages)
+        QVERIFY2(reached.contains(page), qPrintable(page + QStringLiteral(" is unreachable")));
 }
 
 void TestHelp::missingFolder_data() {
