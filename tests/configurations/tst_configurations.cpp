@@ -486,13 +486,16 @@ void TestConfigurations::folderChangeKeepsBareName() {
 }
 
 void TestConfigurations::failedSaveKeepsOldFile_data() {
-    QTest::addColumn<bool>("fullDisk"); // else an amount text too long for its record
-    QTest::newRow("amount text over 126 characters") << false;
-    QTest::newRow("full disk") << true;
+    // The disk fills up while record N is written (0: an amount text too long for its record).
+    QTest::addColumn<int>("fullAtRecord");
+    QTest::newRow("amount text over 126 characters") << 0;
+    for (int record = 1; record <= 8; ++record)
+        QTest::addRow("disk full at record %d", record) << record;
 }
 
 void TestConfigurations::failedSaveKeepsOldFile() {
-    QFETCH(bool, fullDisk);
+    QFETCH(int, fullAtRecord);
+    const bool fullDisk = fullAtRecord > 0;
     QVERIFY(QDir(dir_->path()).mkpath(QStringLiteral("cours")));
     const QString file = path(QStringLiteral("cours/essai.C10"));
     store(file, Butane);
@@ -511,7 +514,7 @@ void TestConfigurations::failedSaveKeepsOldFile() {
     const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
     if (fullDisk) {
         rlimit small = saved;
-        small.rlim_cur = 300; // every write past 300 bytes fails
+        small.rlim_cur = rlim_t(fullAtRecord - 1) * 128 + 64; // inside record fullAtRecord
         QVERIFY(setrlimit(RLIMIT_FSIZE, &small) == 0);
     }
     Boxes boxes({QMessageBox::Yes});
