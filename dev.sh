@@ -9,6 +9,8 @@
 #   ./dev.sh deb     build the Debian package thermivo_VERSION_ARCH.deb in build-release/
 #   ./dev.sh fuzz [SECONDS]  build the libFuzzer targets and run each for SECONDS (default 60)
 #   ./dev.sh test-asan       build the whole test suite with ASan and UBSan and run it
+#   ./dev.sh soak [MINUTES]  run the real window headless for MINUTES (default 60), watching
+#                            memory and file descriptors
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -116,6 +118,11 @@ test-asan)
     export LSAN_OPTIONS=suppressions=$PWD/tests/lsan.supp:print_suppressions=0
     cd build-asan && ctest --output-on-failure -j"$(nproc)"
     ;;
+soak)
+    install_missing
+    build build RelWithDebInfo
+    ./build/bin/thermivo_soak "${2:-60}"
+    ;;
 shots)
     install_missing
     build build RelWithDebInfo
@@ -151,7 +158,7 @@ exercises)
     python3 tools/make_exercises.py
     ;;
 *)
-    echo "usage: $0 run|test|bench|shots|helpshots|exercises|deb|fuzz [SECONDS]|test-asan" >&2
+    echo "usage: $0 run|test|bench|shots|helpshots|exercises|deb|fuzz [SECONDS]|test-asan|soak [MINUTES]" >&2
     exit 2
     ;;
 esac
