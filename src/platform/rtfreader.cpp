@@ -1051,7 +1051,10 @@ void Reader::commitFont() {
     if (!entryOpen_)
         return;
     entryOpen_ = false;
-    const QString name = entryName_.trimmed();
+    // A font name is a name: control characters in it are junk, and writers could not keep them.
+    QString raw = entryName_;
+    raw.removeIf([](QChar c) { return c.unicode() < 0x20; });
+    const QString name = raw.trimmed();
     entryName_.clear();
     if (name.isEmpty() || (fonts_.size() >= MaxFonts && !fonts_.contains(entryFont_)))
         return;

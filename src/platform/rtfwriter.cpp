@@ -56,7 +56,16 @@ QByteArray Writer::run() {
             word(isSymbolFont(fonts_[i]) ? "\\fnil\\fcharset2 " : "\\fnil\\fcharset0 ");
             QString name = fonts_[i];
             name.remove(QLatin1Char(';'));
-            text(name, false);
+            // Readers take a font name as plain characters: "\~" and "\-" would be lost there,
+            // so the no-break space and the soft hyphen go as their Windows-1252 bytes.
+            for (const QChar c : name) {
+                if (c.unicode() == 0x00A0)
+                    word("\\'a0");
+                else if (c.unicode() == 0x00AD)
+                    word("\\'ad");
+                else
+                    character(c.unicode(), false);
+            }
             word(";}");
         }
         word("}");

@@ -457,6 +457,24 @@ void TestRtf::roundTrip_data() {
         d.paragraphs = {p};
         QTest::newRow("pictures of every kind") << d << d;
     }
+    {
+        // A font name keeps its no-break space and soft hyphen; control characters are dropped.
+        Document d;
+        Paragraph p;
+        CharFormat f = arial();
+        f.font = QStringLiteral("Times\u00a0New Ro\u00adman");
+        p.runs = {text(QStringLiteral("x"), f)};
+        p.mark = f;
+        d.paragraphs = {p};
+        QTest::newRow("font name with a no-break space and a soft hyphen") << d << d;
+        Document junk = d;
+        junk.paragraphs[0].runs[0].format.font = QStringLiteral("Ti\u0008mes\tNew");
+        junk.paragraphs[0].mark = junk.paragraphs[0].runs[0].format;
+        Document clean = d;
+        clean.paragraphs[0].runs[0].format.font = QStringLiteral("TimesNew");
+        clean.paragraphs[0].mark = clean.paragraphs[0].runs[0].format;
+        QTest::newRow("control characters in a font name") << junk << clean;
+    }
     QTest::newRow("empty document") << Document{} << Document{};
     {
         Document d;
