@@ -1,6 +1,7 @@
 #include "mainwindow/application.h"
 #include "mainwindow/feuillep.h"
 #include "platform/programfolder.h"
+#include "platform/singleinstance.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -9,6 +10,23 @@
 #include <QPointer>
 #include <QTimer>
 #include <memory>
+
+namespace {
+// A file handed over by a later launch: the window comes forward and opens it, once no
+// secondary window is open any more (they are modal, and the file would change the state
+// under them).
+void openHandedOverFile(feuilleP& window, const QString& path) {
+    window.showNormal();
+    window.raise();
+    window.activateWindow();
+    if (QWidget* modal = QApplication::activeModalWidget()) {
+        modal->raise();
+        QTimer::singleShot(500, &window, [&window, path] { openHandedOverFile(window, path); });
+        return;
+    }
+    window.openConfiguration(path);
+}
+} // namespace
 
 int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
@@ -53,14 +71,23 @@ int main(int argc, char* argv[]) {
     if (parser.isSet(folderOption))
         platform::setProgramFolderOverride(parser.value(folderOption));
 
-    feuilleP window;
     // A relative name counts from the folder the program was started in.
-    if (const QStringList files = parser.positionalArguments(); !files.isEmpty()) {
-        const QString config = QFileInfo(files.first()).absoluteFilePath();
-        QObject::connect(&window, &feuilleP::firstPainted, &window,
-                         [&window, config] { window.openConfiguration(config); });
-    }
+    const QStringList files = parser.positionalArguments();
+    const QString file = files.isEmpty() ? QString() : QFileInfo(files.first()).absoluteFilePath();
     const QString shot = parser.value(screenshotOption);
+    // One copy per user: a launch with a file hands it to the running window and ends.
+    const bool interactive = shot.isEmpty();
+    if (interactive && !file.isEmpty() && platform::SingleInstance::handOver(file))
+        return 0;
+
+    feuilleP window;
+    if (!file.isEmpty())
+        QObject::connect(&window, &feuilleP::firstPainted, &window,
+                         [&window, file] { window.openConfiguration(file); });
+    platform::SingleInstance instance;
+    if (interactive && instance.listen())
+        QObject::connect(&instance, &platform::SingleInstance::fileReceived, &window,
+                         [&window](const QString& path) { openHandedOverFile(window, path); });
     if (!shot.isEmpty()) {
         window.setQuietShutdown(true);
         const int reaction = parser.value(reactionOption).toInt();

@@ -69,5 +69,23 @@ check "the installed program renders its window" test -s "$root/shot.png"
 check "the installed program writes TEMPKN.TMP in share/thermivo" \
     test -s "$usr/share/thermivo/TEMPKN.TMP"
 
+# A second launch with a file hands it to the running copy and ends at once.
+(
+    unset THERMIVO_PROGRAM_FOLDER
+    export QT_QPA_PLATFORM=offscreen TMPDIR="$root" USER=thermivo-install-test
+    mkdir -p "$root/run"
+    printf '\x05\x00TERVO' > "$root/run/essai.C10"
+    "$usr/bin/thermivo" >/dev/null 2>&1 &
+    first=$!
+    for _ in $(seq 50); do [ -S "$root/thermivo-$USER" ] && break; sleep 0.1; done
+    cd "$root/run" && timeout 10 "$usr/bin/thermivo" essai.C10 >/dev/null 2>&1
+    echo $? > "$root/second.rc"
+    kill -0 "$first" 2>/dev/null && echo alive > "$root/first.state"
+    kill "$first" 2>/dev/null
+    wait "$first" 2>/dev/null
+)
+check "a second launch with a file hands it over and ends" test "$(cat "$root/second.rc")" = 0
+check "the first copy keeps running" test "$(cat "$root/first.state" 2>/dev/null)" = alive
+
 echo "$passed passed, $failed failed, $skipped skipped"
 [ "$failed" -eq 0 ]
