@@ -1,12 +1,19 @@
 #include "mainwindow/application.h"
 #include "mainwindow/feuillep.h"
+#include "mainwindow/illustrationexport.h"
 #include "platform/programfolder.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QTimer>
+#include <cstdio>
+#include <cstring>
 
 int main(int argc, char* argv[]) {
+    // An export draws without a window, so it needs no screen either (scripts, servers).
+    for (int i = 1; i < argc; ++i)
+        if (std::strcmp(argv[i], "--export") == 0 && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     setUpApplication(app);
 
@@ -20,19 +27,52 @@ int main(int argc, char* argv[]) {
         QStringLiteral("screenshot"),
         QStringLiteral("Render the main window into FILE.png once painted, then quit."),
         QStringLiteral("FILE"));
-    const QCommandLineOption reactionOption(
-        QStringLiteral("reaction"), QStringLiteral("With --screenshot: reaction 1 to 8."),
-        QStringLiteral("N"));
+    const QCommandLineOption reactionOption(QStringLiteral("reaction"),
+                                            QStringLiteral("With --screenshot: reaction 1 to 8."),
+                                            QStringLiteral("N"));
     const QCommandLineOption tabOption(
-        QStringLiteral("tab"), QStringLiteral("With --screenshot: tab 1 Micro, 2 Macro, 3 Options."),
-        QStringLiteral("N"));
+        QStringLiteral("tab"),
+        QStringLiteral("With --screenshot: tab 1 Micro, 2 Macro, 3 Options."), QStringLiteral("N"));
     parser.addOptions({folderOption, screenshotOption, reactionOption, tabOption});
+    const QCommandLineOption exportOption(
+        QStringLiteral("export"),
+        QStringLiteral("Write illustration WHAT (micro, diagram, macro or graph) into the file "
+                       "given after the options (.png, .svg or .pdf), without a window."),
+        QStringLiteral("WHAT"));
+    const QCommandLineOption stepOption(QStringLiteral("step"),
+                                        QStringLiteral("With --export: K animation steps first."),
+                                        QStringLiteral("K"));
+    const QCommandLineOption scaleOption(QStringLiteral("scale"),
+                                         QStringLiteral("With --export to PNG: scale 1, 2 or 4."),
+                                         QStringLiteral("S"));
+    parser.addOptions({exportOption, stepOption, scaleOption});
     parser.process(app);
 
     if (parser.isSet(folderOption))
         platform::setProgramFolderOverride(parser.value(folderOption));
 
     feuilleP window;
+    if (parser.isSet(exportOption)) {
+        const auto which = illustrationFromName(parser.value(exportOption));
+        const QStringList files = parser.positionalArguments();
+        if (!which || files.size() != 1) {
+            std::fputs("thermivo: --export micro|diagram|macro|graph FILE\n", stderr);
+            return 2;
+        }
+        window.setQuietShutdown(true);
+        window.loadWithoutWindow();
+        if (const int reaction = parser.value(reactionOption).toInt(); reaction > 0)
+            window.selectReaction(reaction);
+        if (const int tab = parser.value(tabOption).toInt(); tab > 0)
+            window.selectTab(tab);
+        window.runAnimationSteps(parser.value(stepOption).toInt());
+        const int scale = parser.isSet(scaleOption) ? parser.value(scaleOption).toInt() : 1;
+        if (!exportIllustration(window, *which, files.first(), scale)) {
+            std::fprintf(stderr, "thermivo: cannot write %s\n", qPrintable(files.first()));
+            return 1;
+        }
+        return 0;
+    }
     const QString shot = parser.value(screenshotOption);
     if (!shot.isEmpty()) {
         window.setQuietShutdown(true);

@@ -584,16 +584,23 @@ void MacroPanel::Timer3_Timer() {
     drawGauges(GaugeMode::Cooling, hscroll1_->value());
 }
 
-void MacroPanel::Command3_Click() {
+std::optional<macro::GraphInput> MacroPanel::graphInput() const {
     const AppState& st = ctx_.state;
     if (!(st.MaxAdvancement > 0))
-        return; // nothing to plot without an advancement
+        return std::nullopt; // nothing to plot without an advancement
     macro::GraphInput input;
     input.maxAdvancement = st.MaxAdvancement;
     input.brokenBondsEnergy = st.BrokenBondsEnergy;
     input.formedBondsEnergy = st.FormedBondsEnergy;
     input.openSystem = isOpenSystem();
-    graphes window(input, ctx_.window);
+    return input;
+}
+
+void MacroPanel::Command3_Click() {
+    const std::optional<macro::GraphInput> input = graphInput();
+    if (!input)
+        return;
+    graphes window(*input, ctx_.window);
     window.exec();
 }
 

@@ -6,6 +6,7 @@
 #include "mainwindow/copymenu.h"
 #include "mainwindow/helpwindow.h"
 #include "mainwindow/hints.h"
+#include "mainwindow/illustrationexport.h"
 #include "mainwindow/intermodule.h"
 #include "mainwindow/optionspanel.h"
 #include "mainwindow/startup.h"
@@ -182,6 +183,7 @@ void feuilleP::buildControls() {
 
     copyMenu_ = new CopyMenu({micro_->picmicro(), micro_->picture2(), macro_->picture4()}, info_,
                              state_, this);
+    copyMenu_->setExporter([this] { askAndExportIllustration(*this); });
     hints_ = new Hints(this, info_, state_);
 }
 
@@ -218,7 +220,8 @@ void feuilleP::Form_Load() {
         return;
     loaded_ = true;
     tolerant([&] { state_.ProgramFolder = platform::programFolder(); });
-    tolerant([&] { InterModuleFile(state_.ProgramFolder).announceRunning(); });
+    if (!windowless_)
+        tolerant([&] { InterModuleFile(state_.ProgramFolder).announceRunning(); });
     tolerant([&] { applySizingRule(); });
     tolerant([&] { ShowWelcomeText(); });
     // The strip lays out its panels when it paints: do it before the reaction is drawn.
@@ -233,6 +236,16 @@ void feuilleP::Form_Load() {
         update();
     });
     tolerant([&] { macro_->prepapic4(); });
+}
+
+void feuilleP::loadWithoutWindow() {
+    windowless_ = true;
+    Form_Load();
+}
+
+void feuilleP::runAnimationSteps(int count) {
+    for (int k = 0; k < count; ++k)
+        tolerant([&] { micro_->Timer1_Timer(); });
 }
 
 void feuilleP::Form_Activate() {

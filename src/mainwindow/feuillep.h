@@ -58,6 +58,11 @@ public:
     }
 
     bool loaded() const { return loaded_; }
+    // Loads the window's contents without showing it and without telling the suite that
+    // Thermivo runs (used by --export).
+    void loadWithoutWindow();
+    // K steps of the molecules' animation, as Timer1 would run them.
+    void runAnimationSteps(int count);
 
     // The statement area `supertext`, for the exercise browser: rich text (RTF) loaded, saved
     // and printed. A load makes the area editable and is not an edit: StatementModified is
@@ -132,4 +137,5 @@ private:
     bool writingStatement_ = false;
     bool resizing_ = false;
     bool painted_ = false;
+    bool windowless_ = false;
 };
