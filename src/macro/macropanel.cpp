@@ -5,10 +5,12 @@
 #include "mainwindow/context.h"
 #include "platform/canvas.h"
 #include "platform/checkedint.h"
+#include "platform/focusscrollbar.h"
 #include "platform/imagebutton.h"
 #include "platform/surface.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QFocusEvent>
@@ -163,7 +165,7 @@ void MacroPanel::buildControls() {
         l->setIndent(2);
     }
 
-    hscroll1_ = new QScrollBar(Qt::Horizontal, frame2_);
+    hscroll1_ = new platform::FocusScrollBar(Qt::Horizontal, frame2_);
     hscroll1_->setObjectName(QStringLiteral("HScroll1"));
     hscroll1_->setRange(0, macro::SliderMax);
     hscroll1_->setPageStep(macro::SliderPageStep);
@@ -178,7 +180,8 @@ void MacroPanel::buildControls() {
     picture4_ = new platform::Surface(frame2_, QStringLiteral("Picture4"));
     picture4_->setBackColor(TableBack);
     picture4_->setGeometry(PictureLeft, PictureTop, PictureWidth, PictureHeight);
-    picture4_->setFocusPolicy(Qt::StrongFocus);
+    // A click on the picture leaves the fields; Tab passes it by, as it has nothing to act on.
+    picture4_->setFocusPolicy(Qt::ClickFocus);
     // Drawn from outside any Paint handler; printing redraws it from the same code at the
     // printer's resolution.
     picture4_->setRedrawHandler([self = QPointer<MacroPanel>(this)](Canvas& c) {
@@ -527,15 +530,22 @@ void MacroPanel::Text1_LostFocus(int index) {
     majqant();
 }
 
+void MacroPanel::leaveFields() {
+    // Picture4 takes the focus so that a field being edited is left, and so validated. A
+    // button reached with the keyboard keeps it: the fields were left already.
+    if (!qobject_cast<platform::ImageButton*>(QApplication::focusWidget()))
+        picture4_->setFocus();
+}
+
 void MacroPanel::Image8_Click() {
-    picture4_->setFocus();
+    leaveFields();
     timer2_->stop();
     hscroll1_->setValue(0);
     majqant();
 }
 
 void MacroPanel::Image9_Click() {
-    picture4_->setFocus();
+    leaveFields();
     timer2_->stop();
     hscroll1_->setValue(hscroll1_->maximum());
     majqant();
@@ -548,12 +558,12 @@ void MacroPanel::Image9_Click() {
 }
 
 void MacroPanel::Image10_Click() {
-    picture4_->setFocus();
+    leaveFields();
     timer2_->stop();
 }
 
 void MacroPanel::Image11_Click() {
-    picture4_->setFocus();
+    leaveFields();
     if (hscroll1_->value() == hscroll1_->maximum())
         hscroll1_->setValue(0); // a finished animation starts again from the initial state
     if (!timer2_->isActive())

@@ -65,6 +65,7 @@ protected:
 
 private:
     void buildControls();
+    void leaveFields();
     void paintTable(platform::Canvas& c);
     void printSpecies(platform::Canvas& c, const QString& coefficient, const QString& formula,
                       int column);

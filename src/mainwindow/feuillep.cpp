@@ -33,10 +33,12 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextEdit>
 #include <QTimer>
+#include <algorithm>
 #include <cmath>
 #include <exception>
 
@@ -185,6 +187,29 @@ void feuilleP::buildControls() {
                              state_, this);
     copyMenu_->setExporter([this] { askAndExportIllustration(*this); });
     hints_ = new Hints(this, info_, state_);
+    buildShortcuts();
+}
+
+void feuilleP::buildShortcuts() {
+    const auto add = [this](const char* name, const QList<QKeySequence>& keys, auto action) {
+        auto* s = new QShortcut(this);
+        s->setObjectName(QString::fromLatin1(name));
+        s->setKeys(keys);
+        connect(s, &QShortcut::activated, this, action);
+    };
+    add("nextTab",
+        {QKeySequence(Qt::CTRL | Qt::Key_Tab), QKeySequence(Qt::CTRL | Qt::Key_PageDown)},
+        [this] { switchTab(1); });
+    // Shift+Tab arrives as Backtab, with or without Shift still reported.
+    add("previousTab",
+        {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab),
+         QKeySequence(Qt::CTRL | Qt::Key_Backtab), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab),
+         QKeySequence(Qt::CTRL | Qt::Key_PageUp)},
+        [this] { switchTab(-1); });
+    add("tabMicro", {QKeySequence(Qt::ALT | Qt::Key_1)}, [this] { selectTab(1); });
+    add("tabMacro", {QKeySequence(Qt::ALT | Qt::Key_2)}, [this] { selectTab(2); });
+    add("tabOptions", {QKeySequence(Qt::ALT | Qt::Key_3)}, [this] { selectTab(3); });
+    add("help", {QKeySequence(Qt::Key_F1)}, [this] { Command7_Click(); });
 }
 
 QSize feuilleP::screenPixels() const {
@@ -322,6 +347,11 @@ void feuilleP::selectTab(int tab) {
     const auto& e = tabs_->tabEdges();
     if (tab >= 1 && tab <= 3)
         tabs_->Onglets_MouseUp(Qt::LeftButton, Qt::NoModifier, (e[tab - 1] + e[tab]) / 2.0, 5);
+}
+
+void feuilleP::switchTab(int delta) {
+    const int current = std::clamp<int>(state_.ActiveTab, 1, 3);
+    selectTab((current - 1 + delta + 3) % 3 + 1);
 }
 
 void feuilleP::ShowWelcomeText() {

@@ -75,6 +75,8 @@ public:
     // Picks a reaction (1..8) as the user would in the list, and a tab (1..3) as a click on it.
     void selectReaction(int index);
     void selectTab(int tab);
+    // The next (+1) or previous (-1) tab, round the three.
+    void switchTab(int delta);
 
 signals:
     // The first time the window has been painted (start-up measurements, --screenshot).
@@ -106,6 +108,7 @@ protected:
 
 private:
     void buildControls();
+    void buildShortcuts();
     void applySizingRule();
     void setHint(const QString& text);
     QSize screenPixels() const;

@@ -71,6 +71,10 @@ MicroPanel::MicroPanel(MainContext& ctx, QObject* parent)
         b->move(kButtonsX, kButtonsTop + kButtonsStep * buttons[i].row);
         images_[i] = b;
     }
+    // Tab follows the column from top to bottom.
+    QWidget::setTabOrder(images_[1], images_[0]);
+    QWidget::setTabOrder(images_[0], images_[3]);
+    QWidget::setTabOrder(images_[3], images_[2]);
     connect(images_[0], &QAbstractButton::clicked, this, &MicroPanel::Image4_Click);
     connect(images_[1], &QAbstractButton::clicked, this, &MicroPanel::Image5_Click);
     connect(images_[2], &QAbstractButton::clicked, this, &MicroPanel::Image6_Click);
