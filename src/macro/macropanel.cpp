@@ -1,6 +1,7 @@
 #include "macro/macropanel.h"
 
 #include "chemistry/catalogue.h"
+#include "macro/description.h"
 #include "macro/graphes.h"
 #include "mainwindow/context.h"
 #include "platform/canvas.h"
@@ -121,6 +122,7 @@ void MacroPanel::buildControls() {
     frame2_ = new platform::Surface(ctx_.Onglets, QStringLiteral("Frame2"));
     frame2_->setBackColor(TableBack);
     frame2_->resize(FrameWidth, FrameHeight);
+    frame2_->setAccessibleName(QStringLiteral("Onglet Macro"));
     frame2_->setPaintHandler([self = QPointer<MacroPanel>(this)](Canvas& c) {
         if (self)
             self->paintTable(c);
@@ -131,6 +133,9 @@ void MacroPanel::buildControls() {
     for (int i = 0; i < 4; ++i) {
         auto* field = new QLineEdit(frame2_);
         field->setObjectName(QStringLiteral("Text1_%1").arg(i));
+        field->setAccessibleName(
+            i < 2 ? QStringLiteral("Quantité initiale du réactif %1 (mol)").arg(i + 1)
+                  : QStringLiteral("Quantité initiale du produit %1 (mol)").arg(i - 1));
         field->setGeometry(FieldLeft[i], FieldTop, FieldWidth, FieldHeight);
         field->setFont(valueFont);
         // Reactants are entered; the products always start from nothing.
@@ -167,6 +172,7 @@ void MacroPanel::buildControls() {
 
     hscroll1_ = new platform::FocusScrollBar(Qt::Horizontal, frame2_);
     hscroll1_->setObjectName(QStringLiteral("HScroll1"));
+    hscroll1_->setAccessibleName(QStringLiteral("Avancement"));
     hscroll1_->setRange(0, macro::SliderMax);
     hscroll1_->setPageStep(macro::SliderPageStep);
     hscroll1_->setSingleStep(1);
@@ -180,6 +186,7 @@ void MacroPanel::buildControls() {
     picture4_ = new platform::Surface(frame2_, QStringLiteral("Picture4"));
     picture4_->setBackColor(TableBack);
     picture4_->setGeometry(PictureLeft, PictureTop, PictureWidth, PictureHeight);
+    picture4_->setAccessibleName(QStringLiteral("Système et milieu extérieur"));
     // A click on the picture leaves the fields; Tab passes it by, as it has nothing to act on.
     picture4_->setFocusPolicy(Qt::ClickFocus);
     // Drawn from outside any Paint handler; printing redraws it from the same code at the
@@ -387,6 +394,21 @@ void MacroPanel::drawGauges(GaugeMode mode, int sliderValue) {
     gauges_ = macro::gaugeLevels(mode, sliderValue, ctx_.state.CoolingCounter);
     picture4_->cls(); // back to the frozen background
     drawGaugeBars(picture4_->canvas(), gauges_);
+    describePicture4(mode != GaugeMode::Isolated, sliderValue);
+}
+
+void MacroPanel::describePicture4(bool open, int sliderValue) {
+    const AppState& st = ctx_.state;
+    const double x = macro::advancementAt(st.MaxAdvancement, sliderValue, hscroll1_->maximum());
+    double energy = 0;
+    if (open) {
+        try {
+            energy = macro::exchangedEnergy(x, st.BrokenBondsEnergy, st.FormedBondsEnergy);
+        } catch (const platform::OverflowError&) {
+            energy = 0;
+        }
+    }
+    picture4_->setAccessibleDescription(macro::systemDescription(open, x, energy, gauges_));
 }
 
 void MacroPanel::drawPicture4(Canvas& c) {

@@ -71,6 +71,7 @@ private:
                       int column);
     void updateColumns();
     void drawGauges(macro::GaugeMode mode, int sliderValue);
+    void describePicture4(bool open, int sliderValue);
     // What Picture4 shows now (background and levels), on any canvas.
     void drawPicture4(platform::Canvas& c);
     bool isOpenSystem() const;

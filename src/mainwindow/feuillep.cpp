@@ -19,6 +19,7 @@
 #include "platform/surface.h"
 #include "printing/confimp.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -92,10 +93,16 @@ void feuilleP::buildControls() {
     // A choice in the list, even of the reaction already shown, resets the views.
     connect(combo1_, &QComboBox::activated, this, [this](int) { Combo1_Click(); });
     ctx_.Combo1 = combo1_;
+    label1_->setBuddy(combo1_);
+    combo1_->setAccessibleName(QStringLiteral("Réaction étudiée"));
+    combo1_->view()->setAccessibleName(QStringLiteral("Liste des réactions"));
+    combo1_->view()->verticalScrollBar()->setAccessibleName(
+        QStringLiteral("Défilement de la liste"));
 
     onglets_ = new platform::Surface(this, QStringLiteral("Onglets"));
     onglets_->setBackColor(QColor(212, 208, 200)); // the classic button face
     onglets_->setGeometry(OngletsRect);
+    onglets_->setAccessibleName(QStringLiteral("Onglets Micro, Macro et Options"));
     ctx_.Onglets = onglets_;
 
     options_ = new OptionsPanel(onglets_, this);
@@ -108,6 +115,7 @@ void feuilleP::buildControls() {
     info_ = new QLabel(this);
     info_->setObjectName(QStringLiteral("info"));
     info_->setGeometry(InfoRect);
+    info_->setAccessibleName(QStringLiteral("Information"));
     info_->setWordWrap(true);
     info_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     info_->setStyleSheet(QStringLiteral("color: rgb(0, 0, 140);"));
@@ -134,6 +142,7 @@ void feuilleP::buildControls() {
     fich_ = new QLineEdit(this);
     fich_->setObjectName(QStringLiteral("fich"));
     fich_->setGeometry(FichRect);
+    fich_->setAccessibleName(QStringLiteral("Fichier ouvert"));
     fich_->setReadOnly(true);
     connect(fich_, &QLineEdit::textChanged, this, [this](const QString& text) {
         fich_->setCursorPosition(static_cast<int>(text.size()));
@@ -143,6 +152,10 @@ void feuilleP::buildControls() {
     supertext_ = new QTextEdit(this);
     supertext_->setObjectName(QStringLiteral("supertext"));
     supertext_->setGeometry(SupertextRect);
+    supertext_->setAccessibleName(QStringLiteral("Énoncé"));
+    supertext_->verticalScrollBar()->setAccessibleName(QStringLiteral("Défilement vertical"));
+    supertext_->horizontalScrollBar()->setAccessibleName(
+        QStringLiteral("Défilement horizontal"));
     supertext_->setAcceptRichText(true);
     connect(supertext_, &QTextEdit::textChanged, this, [this] {
         // Only the user's edits count; the program's own writes do not.

@@ -10,6 +10,7 @@ ImageButton::ImageButton(Glyph glyph, const QString& name, const QString& toolTi
     : QAbstractButton(parent), glyph_(glyph) {
     setObjectName(name);
     setToolTip(toolTip);
+    setAccessibleName(toolTip); // what a screen reader says is what the mouse shows
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
     resize(sizeHint());
