@@ -19,7 +19,8 @@ PACKAGES=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools libgl-dev qt6-sv
           xvfb xauth
           desktop-file-utils appstream xdg-utils shared-mime-info dpkg-dev
           clang libfuzzer-14-dev xxd
-          libpoppler-qt6-dev python3)
+          libpoppler-qt6-dev python3
+          dbus at-spi2-core python3-pyatspi)
 
 install_missing() {
     local missing=()

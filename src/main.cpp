@@ -1,5 +1,6 @@
 #include "mainwindow/application.h"
 #include "mainwindow/feuillep.h"
+#include "mainwindow/illustrationexport.h"
 #include "platform/programfolder.h"
 #include "platform/singleinstance.h"
 
@@ -9,6 +10,8 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QTimer>
+#include <cstdio>
+#include <cstring>
 #include <memory>
 
 namespace {
@@ -29,6 +32,10 @@ void openHandedOverFile(feuilleP& window, const QString& path) {
 } // namespace
 
 int main(int argc, char* argv[]) {
+    // An export draws without a window, so it needs no screen either (scripts, servers).
+    for (int i = 1; i < argc; ++i)
+        if (std::strcmp(argv[i], "--export") == 0 && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     setUpApplication(app);
 
@@ -63,6 +70,18 @@ int main(int argc, char* argv[]) {
         QStringLiteral("NAME"));
     parser.addOptions({folderOption, screenshotOption, reactionOption, tabOption, statementOption,
                        widgetOption, clickOption});
+    const QCommandLineOption exportOption(
+        QStringLiteral("export"),
+        QStringLiteral("Write illustration WHAT (micro, diagram, macro or graph) into the file "
+                       "given after the options (.png, .svg or .pdf), without a window."),
+        QStringLiteral("WHAT"));
+    const QCommandLineOption stepOption(QStringLiteral("step"),
+                                        QStringLiteral("With --export: K animation steps first."),
+                                        QStringLiteral("K"));
+    const QCommandLineOption scaleOption(QStringLiteral("scale"),
+                                         QStringLiteral("With --export to PNG: scale 1, 2 or 4."),
+                                         QStringLiteral("S"));
+    parser.addOptions({exportOption, stepOption, scaleOption});
     parser.addPositionalArgument(QStringLiteral("file"),
                                  QStringLiteral("Configuration file (.C10) to open at start."),
                                  QStringLiteral("[FILE.C10]"));
@@ -76,11 +95,31 @@ int main(int argc, char* argv[]) {
     const QString file = files.isEmpty() ? QString() : QFileInfo(files.first()).absoluteFilePath();
     const QString shot = parser.value(screenshotOption);
     // One copy per user: a launch with a file hands it to the running window and ends.
-    const bool interactive = shot.isEmpty();
+    const bool interactive = shot.isEmpty() && !parser.isSet(exportOption);
     if (interactive && !file.isEmpty() && platform::SingleInstance::handOver(file))
         return 0;
 
     feuilleP window;
+    if (parser.isSet(exportOption)) {
+        const auto which = illustrationFromName(parser.value(exportOption));
+        if (!which || files.size() != 1) {
+            std::fputs("thermivo: --export micro|diagram|macro|graph FILE\n", stderr);
+            return 2;
+        }
+        window.setQuietShutdown(true);
+        window.loadWithoutWindow();
+        if (const int reaction = parser.value(reactionOption).toInt(); reaction > 0)
+            window.selectReaction(reaction);
+        if (const int tab = parser.value(tabOption).toInt(); tab > 0)
+            window.selectTab(tab);
+        window.runAnimationSteps(parser.value(stepOption).toInt());
+        const int scale = parser.isSet(scaleOption) ? parser.value(scaleOption).toInt() : 1;
+        if (!exportIllustration(window, *which, files.first(), scale)) {
+            std::fprintf(stderr, "thermivo: cannot write %s\n", qPrintable(files.first()));
+            return 1;
+        }
+        return 0;
+    }
     if (!file.isEmpty())
         QObject::connect(&window, &feuilleP::firstPainted, &window,
                          [&window, file] { window.openConfiguration(file); });

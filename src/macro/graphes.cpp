@@ -1,6 +1,7 @@
 #include "macro/graphes.h"
 
 #include "calculator/machine.h"
+#include "macro/description.h"
 #include "platform/canvas.h"
 #include "platform/messagebox.h"
 #include "platform/printer.h"
@@ -86,6 +87,7 @@ public:
         : QAbstractButton(parent), glyph_(glyph) {
         setObjectName(QStringLiteral("Image1_%1").arg(index));
         setToolTip(toolTip);
+        setAccessibleName(toolTip);
         setFocusPolicy(Qt::NoFocus);
         setCursor(Qt::PointingHandCursor);
         resize(ButtonWidth, ButtonHeight);
@@ -193,6 +195,7 @@ void graphes::buildControls() {
     picture1_->setGeometry(PictureLeft, PictureTop, PictureWidth, PictureHeight);
     picture1_->setMouseTracking(true);
     picture1_->setPaintHandler([this](Canvas& c) { drawPlot(c); });
+    picture1_->setAccessibleName(QStringLiteral("Graphe"));
     connect(picture1_, &platform::Surface::mouseMoved, this,
             [this](Qt::MouseButtons, Qt::KeyboardModifiers, double x, double y) {
                 Picture1_MouseMove(x, y);
@@ -282,6 +285,7 @@ void graphes::tracegraphe() {
         return;
     // Grid, axes, legends, curve and the crosses of the tabulated points.
     tolerant([&] { picture1_->refresh(); });
+    tolerant([&] { picture1_->setAccessibleDescription(macro::graphDescription(*graph_)); });
     tolerant([&] { layoutTable(); });
     tolerant([&] { picture2_->refresh(); });
 }

@@ -1,14 +1,17 @@
 #include "macro/macropanel.h"
 
 #include "chemistry/catalogue.h"
+#include "macro/description.h"
 #include "macro/graphes.h"
 #include "mainwindow/context.h"
 #include "platform/canvas.h"
 #include "platform/checkedint.h"
+#include "platform/focusscrollbar.h"
 #include "platform/imagebutton.h"
 #include "platform/surface.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QFocusEvent>
@@ -119,6 +122,7 @@ void MacroPanel::buildControls() {
     frame2_ = new platform::Surface(ctx_.Onglets, QStringLiteral("Frame2"));
     frame2_->setBackColor(TableBack);
     frame2_->resize(FrameWidth, FrameHeight);
+    frame2_->setAccessibleName(QStringLiteral("Onglet Macro"));
     frame2_->setPaintHandler([self = QPointer<MacroPanel>(this)](Canvas& c) {
         if (self)
             self->paintTable(c);
@@ -129,6 +133,9 @@ void MacroPanel::buildControls() {
     for (int i = 0; i < 4; ++i) {
         auto* field = new QLineEdit(frame2_);
         field->setObjectName(QStringLiteral("Text1_%1").arg(i));
+        field->setAccessibleName(
+            i < 2 ? QStringLiteral("Quantité initiale du réactif %1 (mol)").arg(i + 1)
+                  : QStringLiteral("Quantité initiale du produit %1 (mol)").arg(i - 1));
         field->setGeometry(FieldLeft[i], FieldTop, FieldWidth, FieldHeight);
         field->setFont(valueFont);
         // Reactants are entered; the products always start from nothing.
@@ -163,8 +170,9 @@ void MacroPanel::buildControls() {
         l->setIndent(2);
     }
 
-    hscroll1_ = new QScrollBar(Qt::Horizontal, frame2_);
+    hscroll1_ = new platform::FocusScrollBar(Qt::Horizontal, frame2_);
     hscroll1_->setObjectName(QStringLiteral("HScroll1"));
+    hscroll1_->setAccessibleName(QStringLiteral("Avancement"));
     hscroll1_->setRange(0, macro::SliderMax);
     hscroll1_->setPageStep(macro::SliderPageStep);
     hscroll1_->setSingleStep(1);
@@ -178,7 +186,9 @@ void MacroPanel::buildControls() {
     picture4_ = new platform::Surface(frame2_, QStringLiteral("Picture4"));
     picture4_->setBackColor(TableBack);
     picture4_->setGeometry(PictureLeft, PictureTop, PictureWidth, PictureHeight);
-    picture4_->setFocusPolicy(Qt::StrongFocus);
+    picture4_->setAccessibleName(QStringLiteral("Système et milieu extérieur"));
+    // A click on the picture leaves the fields; Tab passes it by, as it has nothing to act on.
+    picture4_->setFocusPolicy(Qt::ClickFocus);
     // Drawn from outside any Paint handler; printing redraws it from the same code at the
     // printer's resolution.
     picture4_->setRedrawHandler([self = QPointer<MacroPanel>(this)](Canvas& c) {
@@ -384,6 +394,21 @@ void MacroPanel::drawGauges(GaugeMode mode, int sliderValue) {
     gauges_ = macro::gaugeLevels(mode, sliderValue, ctx_.state.CoolingCounter);
     picture4_->cls(); // back to the frozen background
     drawGaugeBars(picture4_->canvas(), gauges_);
+    describePicture4(mode != GaugeMode::Isolated, sliderValue);
+}
+
+void MacroPanel::describePicture4(bool open, int sliderValue) {
+    const AppState& st = ctx_.state;
+    const double x = macro::advancementAt(st.MaxAdvancement, sliderValue, hscroll1_->maximum());
+    double energy = 0;
+    if (open) {
+        try {
+            energy = macro::exchangedEnergy(x, st.BrokenBondsEnergy, st.FormedBondsEnergy);
+        } catch (const platform::OverflowError&) {
+            energy = 0;
+        }
+    }
+    picture4_->setAccessibleDescription(macro::systemDescription(open, x, energy, gauges_));
 }
 
 void MacroPanel::drawPicture4(Canvas& c) {
@@ -527,15 +552,22 @@ void MacroPanel::Text1_LostFocus(int index) {
     majqant();
 }
 
+void MacroPanel::leaveFields() {
+    // Picture4 takes the focus so that a field being edited is left, and so validated. A
+    // button reached with the keyboard keeps it: the fields were left already.
+    if (!qobject_cast<platform::ImageButton*>(QApplication::focusWidget()))
+        picture4_->setFocus();
+}
+
 void MacroPanel::Image8_Click() {
-    picture4_->setFocus();
+    leaveFields();
     timer2_->stop();
     hscroll1_->setValue(0);
     majqant();
 }
 
 void MacroPanel::Image9_Click() {
-    picture4_->setFocus();
+    leaveFields();
     timer2_->stop();
     hscroll1_->setValue(hscroll1_->maximum());
     majqant();
@@ -548,12 +580,12 @@ void MacroPanel::Image9_Click() {
 }
 
 void MacroPanel::Image10_Click() {
-    picture4_->setFocus();
+    leaveFields();
     timer2_->stop();
 }
 
 void MacroPanel::Image11_Click() {
-    picture4_->setFocus();
+    leaveFields();
     if (hscroll1_->value() == hscroll1_->maximum())
         hscroll1_->setValue(0); // a finished animation starts again from the initial state
     if (!timer2_->isActive())
@@ -584,16 +616,23 @@ void MacroPanel::Timer3_Timer() {
     drawGauges(GaugeMode::Cooling, hscroll1_->value());
 }
 
-void MacroPanel::Command3_Click() {
+std::optional<macro::GraphInput> MacroPanel::graphInput() const {
     const AppState& st = ctx_.state;
     if (!(st.MaxAdvancement > 0))
-        return; // nothing to plot without an advancement
+        return std::nullopt; // nothing to plot without an advancement
     macro::GraphInput input;
     input.maxAdvancement = st.MaxAdvancement;
     input.brokenBondsEnergy = st.BrokenBondsEnergy;
     input.formedBondsEnergy = st.FormedBondsEnergy;
     input.openSystem = isOpenSystem();
-    graphes window(input, ctx_.window);
+    return input;
+}
+
+void MacroPanel::Command3_Click() {
+    const std::optional<macro::GraphInput> input = graphInput();
+    if (!input)
+        return;
+    graphes window(*input, ctx_.window);
     if (ctx_.printer)
         window.setPrinter(ctx_.printer());
     window.exec();

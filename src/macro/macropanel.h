@@ -1,9 +1,11 @@
 #pragma once
 
 #include "macro/balance.h"
+#include "macro/graph.h"
 
 #include <QObject>
 #include <array>
+#include <optional>
 
 class QEvent;
 class QLabel;
@@ -37,6 +39,9 @@ public:
     QPushButton* command3() const { return command3_; }
     QTimer* timer2() const { return timer2_; }
     QTimer* timer3() const { return timer3_; }
+    // What the graph window plots for the balance as it stands; nothing without an
+    // advancement.
+    std::optional<macro::GraphInput> graphInput() const;
 
 public slots:
     // Recomputes the whole balance from the controls and redraws the gauges.
@@ -60,11 +65,13 @@ protected:
 
 private:
     void buildControls();
+    void leaveFields();
     void paintTable(platform::Canvas& c);
     void printSpecies(platform::Canvas& c, const QString& coefficient, const QString& formula,
                       int column);
     void updateColumns();
     void drawGauges(macro::GaugeMode mode, int sliderValue);
+    void describePicture4(bool open, int sliderValue);
     // What Picture4 shows now (background and levels), on any canvas.
     void drawPicture4(platform::Canvas& c);
     bool isOpenSystem() const;

@@ -24,6 +24,8 @@ CopyMenu::CopyMenu(const Pictures& pictures, QLabel* info, const AppState& state
          &CopyMenu::copdiagmic_Click);
     menucop_->addSeparator()->setObjectName(QStringLiteral("kh"));
     item("copmac", "L'illustration de l'aspect macroscopique", &CopyMenu::copmac_Click);
+    menucop_->addSeparator();
+    item("exporter", "Exporter l'illustration…", &CopyMenu::exporter_Click);
 }
 
 void CopyMenu::popup(const QPoint& globalPos) {
@@ -40,6 +42,11 @@ void CopyMenu::copdiagmic_Click() {
 
 void CopyMenu::copmac_Click() {
     copy(pictures_.macro);
+}
+
+void CopyMenu::exporter_Click() {
+    if (exporter_)
+        exporter_();
 }
 
 void CopyMenu::copy(platform::Surface* picture) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <functional>
 
 class QAction;
 class QLabel;
@@ -32,6 +33,9 @@ public:
     void copmicro_Click();
     void copdiagmic_Click();
     void copmac_Click();
+    // "Exporter l'illustration…": the choice of picture, scale and file is the window's.
+    void setExporter(std::function<void()> exporter) { exporter_ = std::move(exporter); }
+    void exporter_Click();
 
 private:
     void copy(platform::Surface* picture);
@@ -40,4 +44,5 @@ private:
     QLabel* info_;
     const AppState& state_;
     QMenu* menucop_;
+    std::function<void()> exporter_;
 };

@@ -7,6 +7,7 @@
 #include "mainwindow/copymenu.h"
 #include "mainwindow/helpwindow.h"
 #include "mainwindow/hints.h"
+#include "mainwindow/illustrationexport.h"
 #include "mainwindow/intermodule.h"
 #include "mainwindow/optionspanel.h"
 #include "mainwindow/startup.h"
@@ -19,6 +20,7 @@
 #include "platform/surface.h"
 #include "printing/confimp.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -33,10 +35,12 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextEdit>
 #include <QTimer>
+#include <algorithm>
 #include <cmath>
 #include <exception>
 
@@ -90,10 +94,16 @@ void feuilleP::buildControls() {
     // A choice in the list, even of the reaction already shown, resets the views.
     connect(combo1_, &QComboBox::activated, this, [this](int) { Combo1_Click(); });
     ctx_.Combo1 = combo1_;
+    label1_->setBuddy(combo1_);
+    combo1_->setAccessibleName(QStringLiteral("Réaction étudiée"));
+    combo1_->view()->setAccessibleName(QStringLiteral("Liste des réactions"));
+    combo1_->view()->verticalScrollBar()->setAccessibleName(
+        QStringLiteral("Défilement de la liste"));
 
     onglets_ = new platform::Surface(this, QStringLiteral("Onglets"));
     onglets_->setBackColor(QColor(212, 208, 200)); // the classic button face
     onglets_->setGeometry(OngletsRect);
+    onglets_->setAccessibleName(QStringLiteral("Onglets Micro, Macro et Options"));
     ctx_.Onglets = onglets_;
 
     options_ = new OptionsPanel(onglets_, this);
@@ -106,6 +116,7 @@ void feuilleP::buildControls() {
     info_ = new QLabel(this);
     info_->setObjectName(QStringLiteral("info"));
     info_->setGeometry(InfoRect);
+    info_->setAccessibleName(QStringLiteral("Information"));
     info_->setWordWrap(true);
     info_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     info_->setStyleSheet(QStringLiteral("color: rgb(0, 0, 140);"));
@@ -133,6 +144,7 @@ void feuilleP::buildControls() {
     fich_ = new QLineEdit(this);
     fich_->setObjectName(QStringLiteral("fich"));
     fich_->setGeometry(FichRect);
+    fich_->setAccessibleName(QStringLiteral("Fichier ouvert"));
     fich_->setReadOnly(true);
     connect(fich_, &QLineEdit::textChanged, this, [this](const QString& text) {
         fich_->setCursorPosition(static_cast<int>(text.size()));
@@ -142,6 +154,10 @@ void feuilleP::buildControls() {
     supertext_ = new QTextEdit(this);
     supertext_->setObjectName(QStringLiteral("supertext"));
     supertext_->setGeometry(SupertextRect);
+    supertext_->setAccessibleName(QStringLiteral("Énoncé"));
+    supertext_->verticalScrollBar()->setAccessibleName(QStringLiteral("Défilement vertical"));
+    supertext_->horizontalScrollBar()->setAccessibleName(
+        QStringLiteral("Défilement horizontal"));
     supertext_->setAcceptRichText(true);
     connect(supertext_, &QTextEdit::textChanged, this, [this] {
         // Only the user's edits count; the program's own writes do not.
@@ -183,10 +199,34 @@ void feuilleP::buildControls() {
 
     copyMenu_ = new CopyMenu({micro_->picmicro(), micro_->picture2(), macro_->picture4()}, info_,
                              state_, this);
+    copyMenu_->setExporter([this] { askAndExportIllustration(*this); });
     hints_ = new Hints(this, info_, state_);
     configurations_ = new configurations::Configurations(
         ctx_, *macro_, [this] { Combo1_Click(); }, this);
     configurations_->acceptDrops(this, [this](const QString& path) { openConfiguration(path); });
+    buildShortcuts();
+}
+
+void feuilleP::buildShortcuts() {
+    const auto add = [this](const char* name, const QList<QKeySequence>& keys, auto action) {
+        auto* s = new QShortcut(this);
+        s->setObjectName(QString::fromLatin1(name));
+        s->setKeys(keys);
+        connect(s, &QShortcut::activated, this, action);
+    };
+    add("nextTab",
+        {QKeySequence(Qt::CTRL | Qt::Key_Tab), QKeySequence(Qt::CTRL | Qt::Key_PageDown)},
+        [this] { switchTab(1); });
+    // Shift+Tab arrives as Backtab, with or without Shift still reported.
+    add("previousTab",
+        {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab),
+         QKeySequence(Qt::CTRL | Qt::Key_Backtab), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab),
+         QKeySequence(Qt::CTRL | Qt::Key_PageUp)},
+        [this] { switchTab(-1); });
+    add("tabMicro", {QKeySequence(Qt::ALT | Qt::Key_1)}, [this] { selectTab(1); });
+    add("tabMacro", {QKeySequence(Qt::ALT | Qt::Key_2)}, [this] { selectTab(2); });
+    add("tabOptions", {QKeySequence(Qt::ALT | Qt::Key_3)}, [this] { selectTab(3); });
+    add("help", {QKeySequence(Qt::Key_F1)}, [this] { Command7_Click(); });
 }
 
 QSize feuilleP::screenPixels() const {
@@ -222,7 +262,8 @@ void feuilleP::Form_Load() {
         return;
     loaded_ = true;
     tolerant([&] { state_.ProgramFolder = platform::programFolder(); });
-    tolerant([&] { InterModuleFile(state_.ProgramFolder).announceRunning(); });
+    if (!windowless_)
+        tolerant([&] { InterModuleFile(state_.ProgramFolder).announceRunning(); });
     tolerant([&] { applySizingRule(); });
     tolerant([&] { ShowWelcomeText(); });
     // The strip lays out its panels when it paints: do it before the reaction is drawn.
@@ -237,6 +278,16 @@ void feuilleP::Form_Load() {
         update();
     });
     tolerant([&] { macro_->prepapic4(); });
+}
+
+void feuilleP::loadWithoutWindow() {
+    windowless_ = true;
+    Form_Load();
+}
+
+void feuilleP::runAnimationSteps(int count) {
+    for (int k = 0; k < count; ++k)
+        tolerant([&] { micro_->Timer1_Timer(); });
 }
 
 void feuilleP::Form_Activate() {
@@ -313,6 +364,11 @@ void feuilleP::selectTab(int tab) {
     const auto& e = tabs_->tabEdges();
     if (tab >= 1 && tab <= 3)
         tabs_->Onglets_MouseUp(Qt::LeftButton, Qt::NoModifier, (e[tab - 1] + e[tab]) / 2.0, 5);
+}
+
+void feuilleP::switchTab(int delta) {
+    const int current = std::clamp<int>(state_.ActiveTab, 1, 3);
+    selectTab((current - 1 + delta + 3) % 3 + 1);
 }
 
 void feuilleP::ShowWelcomeText() {

@@ -64,6 +64,11 @@ public:
     }
 
     bool loaded() const { return loaded_; }
+    // Loads the window's contents without showing it and without telling the suite that
+    // Thermivo runs (used by --export).
+    void loadWithoutWindow();
+    // K steps of the molecules' animation, as Timer1 would run them.
+    void runAnimationSteps(int count);
 
     // The statement area `supertext`, for the exercise browser: rich text (RTF) loaded, saved
     // and printed. A load makes the area editable and is not an edit: StatementModified is
@@ -76,6 +81,8 @@ public:
     // Picks a reaction (1..8) as the user would in the list, and a tab (1..3) as a click on it.
     void selectReaction(int index);
     void selectTab(int tab);
+    // The next (+1) or previous (-1) tab, round the three.
+    void switchTab(int delta);
 
     // Opens a configuration file as "Ouvrir" would, without its dialog (command line, a file
     // dropped on the window): the animations stop first; a missing or bad file gives the
@@ -114,6 +121,7 @@ protected:
 
 private:
     void buildControls();
+    void buildShortcuts();
     void applySizingRule();
     void setHint(const QString& text);
     void stopForOpening();
@@ -147,4 +155,5 @@ private:
     bool writingStatement_ = false;
     bool resizing_ = false;
     bool painted_ = false;
+    bool windowless_ = false;
 };

@@ -16,6 +16,7 @@ constexpr int ControlHeight = 20;
 OptionsPanel::OptionsPanel(QWidget* tabParent, QObject* parent)
     : QObject(parent), picture1_(new platform::Surface(tabParent, QStringLiteral("Picture1"))) {
     picture1_->setBackColor(QColor(240, 235, 230));
+    picture1_->setAccessibleName(QStringLiteral("Onglet Options"));
     picture1_->setPaintHandler([this](platform::Canvas& c) { Picture1_Paint(c); });
 
     const QString checkCaptions[3] = {

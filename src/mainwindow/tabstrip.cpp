@@ -6,6 +6,7 @@
 #include "platform/surface.h"
 
 #include <QStringList>
+#include <algorithm>
 #include <QWidget>
 #include <cmath>
 
@@ -44,6 +45,11 @@ void TabStrip::Onglets_Paint(platform::Canvas& c) {
     if (state_.ActiveTab == 0)
         state_.ActiveTab = 1;
     const int active = state_.ActiveTab;
+    static const char* const names[3] = {"Micro", "Macro", "Options"};
+    const QString said =
+        QStringLiteral("Onglet actif : %1").arg(QLatin1String(names[std::clamp(active, 1, 3) - 1]));
+    if (onglets_->accessibleDescription() != said)
+        onglets_->setAccessibleDescription(said);
     const QStringList& label = tabLabels();
 
     st.fontName = QStringLiteral("Arial");

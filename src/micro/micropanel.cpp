@@ -1,5 +1,6 @@
 #include "micro/micropanel.h"
 
+#include "micro/description.h"
 #include "micro/drawing.h"
 #include "micro/geometry.h"
 #include "platform/imagebutton.h"
@@ -34,6 +35,7 @@ MicroPanel::MicroPanel(MainContext& ctx, QObject* parent)
     picture3_ = new platform::Surface(ctx.Onglets, QStringLiteral("Picture3"));
     picture3_->setBackColor(kPanelBack);
     picture3_->resize(PanelWidth, PanelHeight);
+    picture3_->setAccessibleName(QStringLiteral("Onglet Micro"));
     picture3_->setPaintHandler(
         [this](platform::Canvas& c) { micro::drawBanner(c, ctx_.reactionIndex()); });
 
@@ -41,11 +43,13 @@ MicroPanel::MicroPanel(MainContext& ctx, QObject* parent)
     picmicro_->setBackColor(Qt::white);
     picmicro_->setGeometry(kPicmicroRect);
     picmicro_->setPaintHandler([this](platform::Canvas& c) { micro::drawMolecules(c, frame_); });
+    picmicro_->setAccessibleName(QStringLiteral("Molécules"));
 
     picture2_ = new platform::Surface(picture3_, QStringLiteral("Picture2"));
     picture2_->setBackColor(Qt::white);
     picture2_->setGeometry(kPicture2Rect);
     picture2_->setScale(0, 0, kPicture2ScaleWidth, kPicture2ScaleHeight);
+    picture2_->setAccessibleName(QStringLiteral("Diagramme énergétique"));
     picture2_->setPaintHandler([this](platform::Canvas& c) {
         if (hasDiagram_)
             micro::drawEnergyDiagram(c, diagram_);
@@ -71,6 +75,10 @@ MicroPanel::MicroPanel(MainContext& ctx, QObject* parent)
         b->move(kButtonsX, kButtonsTop + kButtonsStep * buttons[i].row);
         images_[i] = b;
     }
+    // Tab follows the column from top to bottom.
+    QWidget::setTabOrder(images_[1], images_[0]);
+    QWidget::setTabOrder(images_[0], images_[3]);
+    QWidget::setTabOrder(images_[3], images_[2]);
     connect(images_[0], &QAbstractButton::clicked, this, &MicroPanel::Image4_Click);
     connect(images_[1], &QAbstractButton::clicked, this, &MicroPanel::Image5_Click);
     connect(images_[2], &QAbstractButton::clicked, this, &MicroPanel::Image6_Click);
@@ -90,6 +98,7 @@ MicroPanel::MicroPanel(MainContext& ctx, QObject* parent)
     picture5_ = new platform::Surface(ctx.window, QStringLiteral("Picture5"));
     picture5_->setBackColor(kPanelBack);
     picture5_->setGeometry(8, 450, 340, 148);
+    picture5_->setAccessibleName(QStringLiteral("Données"));
     picture5_->setPaintHandler([this](platform::Canvas& c) {
         micro::drawDataPanel(c, micro::dataPanelRuns(ctx_.reactionIndex(), ctx_.state.ActiveTab,
                                                      option(2), ctx_.state.BrokenBondsEnergy,
@@ -137,6 +146,9 @@ void MicroPanel::animicro(std::int16_t& reactionIndex) {
     picmicro_->refresh();
     if (out.completed) {
         const micro::DiagramInput& d = out.diagram;
+        picmicro_->setAccessibleDescription(
+            micro::moleculesDescription(reactionIndex, d, option(0)));
+        picture2_->setAccessibleDescription(micro::diagramDescription(d.current));
         label2_->setText(micro::energyReadout(d.current, d.broken, d.formed));
         try {
             diagram_ = micro::energyDiagram(d, option(1));

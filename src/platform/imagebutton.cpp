@@ -1,5 +1,6 @@
 #include "platform/imagebutton.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -9,7 +10,8 @@ ImageButton::ImageButton(Glyph glyph, const QString& name, const QString& toolTi
     : QAbstractButton(parent), glyph_(glyph) {
     setObjectName(name);
     setToolTip(toolTip);
-    setFocusPolicy(Qt::NoFocus);
+    setAccessibleName(toolTip); // what a screen reader says is what the mouse shows
+    setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
     resize(sizeHint());
 }
@@ -63,6 +65,28 @@ void ImageButton::paintEvent(QPaintEvent*) {
         triangle(cx - 0.6 * s, true);
         break;
     }
+    if (hasFocus()) {
+        p.setRenderHint(QPainter::Antialiasing, false);
+        drawFocusFrame(p, rect().adjusted(2, 2, -2, -2));
+    }
+}
+
+void ImageButton::keyPressEvent(QKeyEvent* event) {
+    // Space is the button's own key; Enter presses it too, as it does a push button.
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+        event->modifiers() == Qt::NoModifier) {
+        click();
+        return;
+    }
+    QAbstractButton::keyPressEvent(event);
+}
+
+void drawFocusFrame(QPainter& painter, const QRect& r) {
+    painter.save();
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(QColor(0, 0, 0), 1, Qt::DotLine));
+    painter.drawRect(r.adjusted(0, 0, -1, -1));
+    painter.restore();
 }
 
 } // namespace platform

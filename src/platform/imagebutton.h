@@ -2,10 +2,14 @@
 
 #include <QAbstractButton>
 
+class QPainter;
+
 namespace platform {
 
-// The old "Image" control used as a button: a small picture that reacts to a click and takes
-// no focus. The pictures are drawn here rather than shipped as bitmaps.
+// The old "Image" control used as a button: a small picture that reacts to a click. A click
+// does not take the focus from the field being edited (leaving a field validates it), but the
+// keyboard reaches it with Tab, shows a focus frame and presses it with Space or Enter. The
+// pictures are drawn here rather than shipped as bitmaps.
 class ImageButton : public QAbstractButton {
     Q_OBJECT
 public:
@@ -18,9 +22,13 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     Glyph glyph_;
 };
+
+// The keyboard focus frame of the program's own controls: a dotted rectangle inside `r`.
+void drawFocusFrame(QPainter& painter, const QRect& r);
 
 } // namespace platform

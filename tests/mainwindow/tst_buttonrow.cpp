@@ -195,15 +195,18 @@ void TestButtonRow::copyMenuPopsUp() {
     QVERIFY(menu);
     QVERIFY(menu->isVisible());
     const QList<QAction*> items = menu->actions();
-    QCOMPARE(items.size(), 4);
-    const char* const names[4] = {"copmicro", "copdiagmic", "kh", "copmac"};
-    const char* const captions[4] = {"L'illustration de l'aspect microscopique",
-                                     "Le bilan énergétique de l'aspect microscopique", "",
-                                     "L'illustration de l'aspect macroscopique"};
-    for (int i = 0; i < 4; ++i) {
+    QCOMPARE(items.size(), 6);
+    const char* const names[6] = {"copmicro", "copdiagmic", "kh", "copmac", "", "exporter"};
+    const char* const captions[6] = {"L'illustration de l'aspect microscopique",
+                                     "Le bilan énergétique de l'aspect microscopique",
+                                     "",
+                                     "L'illustration de l'aspect macroscopique",
+                                     "",
+                                     "Exporter l'illustration…"};
+    for (int i = 0; i < 6; ++i) {
         QCOMPARE(items[i]->objectName(), QString::fromLatin1(names[i]));
         QCOMPARE(items[i]->text(), QString::fromUtf8(captions[i]));
-        QCOMPARE(items[i]->isSeparator(), i == 2);
+        QCOMPARE(items[i]->isSeparator(), i == 2 || i == 4);
     }
     menu->close();
 }
