@@ -11,6 +11,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -36,6 +37,13 @@ int main(int argc, char* argv[]) {
     for (int i = 1; i < argc; ++i)
         if (std::strcmp(argv[i], "--export") == 0 && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The zoom scales every window and drawing; it must be known before the application starts.
+    for (int i = 1; i + 1 < argc; ++i)
+        if (std::strcmp(argv[i], "--zoom") == 0) {
+            const int percent = std::atoi(argv[i + 1]);
+            if (percent >= 100 && percent <= 200 && percent % 25 == 0)
+                qputenv("QT_SCALE_FACTOR", QByteArray::number(percent / 100.0));
+        }
     QApplication app(argc, argv);
     setUpApplication(app);
 
@@ -81,7 +89,10 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption scaleOption(QStringLiteral("scale"),
                                          QStringLiteral("With --export to PNG: scale 1, 2 or 4."),
                                          QStringLiteral("S"));
-    parser.addOptions({exportOption, stepOption, scaleOption});
+    const QCommandLineOption zoomOption(
+        QStringLiteral("zoom"), QStringLiteral("Zoom of every window: 100, 125, 150, 175 or 200."),
+        QStringLiteral("N"));
+    parser.addOptions({exportOption, stepOption, scaleOption, zoomOption});
     parser.addPositionalArgument(QStringLiteral("file"),
                                  QStringLiteral("Configuration file (.C10) to open at start."),
                                  QStringLiteral("[FILE.C10]"));

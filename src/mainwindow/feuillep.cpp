@@ -156,8 +156,7 @@ void feuilleP::buildControls() {
     supertext_->setGeometry(SupertextRect);
     supertext_->setAccessibleName(QStringLiteral("Énoncé"));
     supertext_->verticalScrollBar()->setAccessibleName(QStringLiteral("Défilement vertical"));
-    supertext_->horizontalScrollBar()->setAccessibleName(
-        QStringLiteral("Défilement horizontal"));
+    supertext_->horizontalScrollBar()->setAccessibleName(QStringLiteral("Défilement horizontal"));
     supertext_->setAcceptRichText(true);
     connect(supertext_, &QTextEdit::textChanged, this, [this] {
         // Only the user's edits count; the program's own writes do not.
@@ -336,8 +335,11 @@ void feuilleP::Form_Paint(platform::Canvas& c) {
 
 void feuilleP::paintEvent(QPaintEvent*) {
     // The background is kept as a picture, as the window did with AutoRedraw on.
-    if (background_.size() != size()) {
-        background_ = QImage(size(), QImage::Format_RGB32);
+    const double ratio = devicePixelRatioF();
+    if (background_.deviceIndependentSize() != QSizeF(size()) ||
+        background_.devicePixelRatio() != ratio) {
+        background_ = QImage((QSizeF(size()) * ratio).toSize(), QImage::Format_RGB32);
+        background_.setDevicePixelRatio(ratio);
         background_.fill(Qt::white);
         QPainter bp(&background_);
         platform::DrawState st;

@@ -140,7 +140,8 @@ void plotLine(QPainter& p, QPoint a, QPoint b, const QColor& color, bool scaled)
 
 Canvas::Canvas(QPainter& painter, DrawState& state, QSize pixelSize)
     : p_(painter), st_(state), size_(pixelSize),
-      scaled_(painter.transform().type() >= QTransform::TxScale) {
+      // The device transform includes a high-density screen's pixel ratio.
+      scaled_(painter.deviceTransform().type() >= QTransform::TxScale) {
     p_.setRenderHint(QPainter::Antialiasing, false);
     p_.setRenderHint(QPainter::TextAntialiasing, true);
 }

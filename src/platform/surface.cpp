@@ -55,15 +55,22 @@ void Surface::endDrawing() {
     }
 }
 
+double Surface::pixelRatio() const {
+    return devicePixelRatioF();
+}
+
 void Surface::ensureImage() {
-    const QSize want = size().expandedTo(QSize(1, 1));
-    if (image_.size() == want)
+    // The image is kept at the screen's resolution; painters on it work in logical pixels.
+    const double ratio = pixelRatio();
+    const QSize want = (QSizeF(logicalSize()) * ratio).toSize();
+    if (image_.size() == want && image_.devicePixelRatio() == ratio)
         return;
     // A box with Paint code repaints at its new size the next time it is shown or read;
     // hidden panels resized while the window is built are not drawn for nothing.
     pending_ = static_cast<bool>(paint_);
     QImage old = image_;
     image_ = QImage(want, QImage::Format_RGB32);
+    image_.setDevicePixelRatio(ratio);
     image_.fill(state_.backColor);
     QPainter p(&image_);
     if (!picture_.isNull())
@@ -87,7 +94,7 @@ Canvas& Surface::canvas() {
         if (pending_)
             refresh();
         painter_ = std::make_unique<QPainter>(&image_);
-        canvas_ = std::make_unique<Canvas>(*painter_, state_, image_.size());
+        canvas_ = std::make_unique<Canvas>(*painter_, state_, logicalSize());
         canvas_->setBackgroundPicture(&picture_);
     }
     update();
@@ -107,7 +114,7 @@ void Surface::refresh() {
         state_.currentX = state_.scaleWidth == 0 ? 0 : state_.scaleLeft;
         state_.currentY = state_.scaleHeight == 0 ? 0 : state_.scaleTop;
         QPainter p(&image_);
-        Canvas c(p, state_, image_.size());
+        Canvas c(p, state_, logicalSize());
         c.setBackgroundPicture(&picture_);
         paint_(c);
     }
@@ -133,6 +140,17 @@ void Surface::setPicture(const QImage& picture) {
 }
 
 QImage Surface::image() {
+    const QImage device = deviceImage();
+    if (device.devicePixelRatio() == 1.0)
+        return device;
+    // Each logical pixel is a block of identical device pixels for everything drawn on the
+    // pixel grid, so its first device pixel stands for it.
+    QImage logical = device.scaled(logicalSize(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
+    logical.setDevicePixelRatio(1.0);
+    return logical;
+}
+
+QImage Surface::deviceImage() {
     endDrawing();
     ensureImage();
     if (pending_)

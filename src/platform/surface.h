@@ -54,8 +54,11 @@ public:
     void setPicture(const QImage& picture);
     bool hasPicture() const { return !picture_.isNull(); }
 
-    // What the box shows now, in surface pixels.
+    // What the box shows now, in surface pixels: one pixel per logical pixel whatever the
+    // zoom, as copy, print and read-back expect.
     QImage image();
+    // The same at the screen's resolution (zoom × device pixel ratio pixels per logical one).
+    QImage deviceImage();
     // Puts a drawing read earlier with image() back as what the box shows, leaving its frozen
     // picture alone.
     void restoreImage(const QImage& kept);
@@ -86,6 +89,8 @@ private:
     void endDrawing();
     void ensureImage();
     void clearImage();
+    QSize logicalSize() const { return size().expandedTo(QSize(1, 1)); }
+    double pixelRatio() const;
 
     DrawState state_;
     QImage image_;
