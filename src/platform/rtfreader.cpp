@@ -337,6 +337,7 @@ private:
     void ansiByte(unsigned char b); // a \'hh
     void unicodeChar(int code);
     void put(char16_t c);
+    void fontNameChar(char16_t c);
     void endParagraph();
     void skipBinary(int count);
 
@@ -896,8 +897,8 @@ void Reader::textByte(unsigned char b) {
     case Dest::FontTable:
         if (b == ';')
             commitFont();
-        else if (b >= 0x20 && entryOpen_)
-            entryName_ += QChar(ansiTable()[b]);
+        else
+            fontNameChar(ansiTable()[b]);
         break;
     case Dest::ColorTable:
         if (b == ';')
@@ -934,8 +935,7 @@ void Reader::ansiByte(unsigned char b) {
     if (overflowSkip_ > 0)
         return;
     if (st_.dest == Dest::FontTable) {
-        if (entryOpen_ && b >= 0x20)
-            entryName_ += QChar(ansiTable()[b]);
+        fontNameChar(ansiTable()[b]);
         return;
     }
     if (st_.dest != Dest::Text)
@@ -964,8 +964,7 @@ void Reader::unicodeChar(int code) {
         code += 65536;
     if (code >= 0 && code <= 0xFFFF) {
         if (st_.dest == Dest::FontTable) {
-            if (entryOpen_)
-                entryName_ += QChar(static_cast<char16_t>(code));
+            fontNameChar(static_cast<char16_t>(code));
         } else if (st_.dest == Dest::Text) {
             // Symbol-font characters written by their private-use code (U+F020 to U+F0FF).
             const Charset cs = charsetOf(st_.font);
@@ -998,6 +997,15 @@ void Reader::put(char16_t c) {
         runMatches_ = true;
     }
     para_.runs.back().text += QChar(c);
+}
+
+// A font name keeps only what can be written back in a font table entry: no control
+// characters, no line breaks, no ';' (it ends the entry).
+void Reader::fontNameChar(char16_t c) {
+    if (!entryOpen_ || c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0xFFFC || c == 0x2028 ||
+        c == 0x2029 || c == u';')
+        return;
+    entryName_ += QChar(c);
 }
 
 void Reader::endParagraph() {
@@ -1051,10 +1059,7 @@ void Reader::commitFont() {
     if (!entryOpen_)
         return;
     entryOpen_ = false;
-    // A font name is a name: control characters in it are junk, and writers could not keep them.
-    QString raw = entryName_;
-    raw.removeIf([](QChar c) { return c.unicode() < 0x20; });
-    const QString name = raw.trimmed();
+    const QString name = entryName_.trimmed();
     entryName_.clear();
     if (name.isEmpty() || (fonts_.size() >= MaxFonts && !fonts_.contains(entryFont_)))
         return;

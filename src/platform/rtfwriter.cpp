@@ -31,6 +31,7 @@ private:
     void paragraphFormat(const ParagraphFormat& p);
     void openRun(const CharFormat& f);
     void text(const QString& s, bool symbol);
+    void fontName(const QString& name);
     void character(char16_t c, bool symbol);
     void picture(const Picture& p);
 
@@ -54,18 +55,7 @@ QByteArray Writer::run() {
         for (std::size_t i = 0; i < fonts_.size(); ++i) {
             word("{\\f", static_cast<int>(i));
             word(isSymbolFont(fonts_[i]) ? "\\fnil\\fcharset2 " : "\\fnil\\fcharset0 ");
-            QString name = fonts_[i];
-            name.remove(QLatin1Char(';'));
-            // Readers take a font name as plain characters: "\~" and "\-" would be lost there,
-            // so the no-break space and the soft hyphen go as their Windows-1252 bytes.
-            for (const QChar c : name) {
-                if (c.unicode() == 0x00A0)
-                    word("\\'a0");
-                else if (c.unicode() == 0x00AD)
-                    word("\\'ad");
-                else
-                    character(c.unicode(), false);
-            }
+            fontName(fonts_[i]);
             word(";}");
         }
         word("}");
@@ -197,6 +187,22 @@ void Writer::openRun(const CharFormat& f) {
 void Writer::text(const QString& s, bool symbol) {
     for (const QChar c : s)
         character(c.unicode(), symbol);
+}
+
+// Readers take no control symbols in a font table: the no-break space, the optional hyphen and
+// the no-break hyphen go as the characters themselves, and ';' would end the entry.
+void Writer::fontName(const QString& name) {
+    for (const QChar q : name) {
+        const char16_t c = q.unicode();
+        if (c == 0x00A0)
+            word("\\'a0");
+        else if (c == 0x00AD)
+            word("\\'ad");
+        else if (c == 0x2011)
+            word("\\u8209?");
+        else if (c != u';')
+            character(c, false);
+    }
 }
 
 void Writer::character(char16_t c, bool symbol) {

@@ -119,6 +119,9 @@ void TestRtf::read_data() {
         << QByteArray(
                R"({\rtf1\deff1{\fonttbl\f0\froman Times;\f1\fswiss Caf\'e9 Sans;}a\f0 b\plain c})")
         << QStringLiteral("{f=Café Sans}a|{f=Times}b|{f=Café Sans}c");
+    QTest::newRow("font names drop control characters and semicolons")
+        << QByteArray(R"({\rtf1{\fonttbl{\f0 A\'81\'09\u127?\u59?\u8232?B;}}\f0 a})")
+        << QStringLiteral("{f=AB}a");
     QTest::newRow("alternative font names skipped")
         << QByteArray(R"({\rtf1{\fonttbl{\f0 Liberation Serif{\*\falt Times New Roman};}}\f0 a})")
         << QStringLiteral("{f=Liberation Serif}a");
@@ -412,6 +415,16 @@ void TestRtf::roundTrip_data() {
         expected.paragraphs[0].runs[0].format.font = QStringLiteral("Café Sans");
         QTest::newRow("font names: escaped, semicolon dropped; runs without a font")
             << d << expected;
+    }
+    {
+        Document d;
+        Paragraph p;
+        CharFormat f;
+        f.font = QStringLiteral("a\u00A0b\u00ADc\u2011d");
+        p.runs = {text(QStringLiteral("x"), f)};
+        p.mark = f;
+        d.paragraphs = {p};
+        QTest::newRow("font name with no-break space and hyphens") << d << d;
     }
     {
         Document d;
