@@ -21,16 +21,17 @@ int main(int argc, char* argv[]) {
         QStringLiteral("screenshot"),
         QStringLiteral("Render the main window into FILE.png once painted, then quit."),
         QStringLiteral("FILE"));
-    const QCommandLineOption reactionOption(
-        QStringLiteral("reaction"), QStringLiteral("With --screenshot: reaction 1 to 8."),
-        QStringLiteral("N"));
+    const QCommandLineOption reactionOption(QStringLiteral("reaction"),
+                                            QStringLiteral("With --screenshot: reaction 1 to 8."),
+                                            QStringLiteral("N"));
     const QCommandLineOption tabOption(
-        QStringLiteral("tab"), QStringLiteral("With --screenshot: tab 1 Micro, 2 Macro, 3 Options."),
-        QStringLiteral("N"));
+        QStringLiteral("tab"),
+        QStringLiteral("With --screenshot: tab 1 Micro, 2 Macro, 3 Options."), QStringLiteral("N"));
     parser.addOptions({folderOption, screenshotOption, reactionOption, tabOption});
-    parser.addPositionalArgument(QStringLiteral("file"),
-                                 QStringLiteral("Configuration file (.C10) to open at start."),
-                                 QStringLiteral("[FILE.C10]"));
+    parser.addPositionalArgument(
+        QStringLiteral("file"),
+        QStringLiteral("Configuration (.C10) or exercise (.E31) to open at start."),
+        QStringLiteral("[FILE]"));
     parser.process(app);
 
     if (parser.isSet(folderOption))
@@ -41,7 +42,7 @@ int main(int argc, char* argv[]) {
     if (const QStringList files = parser.positionalArguments(); !files.isEmpty()) {
         const QString config = QFileInfo(files.first()).absoluteFilePath();
         QObject::connect(&window, &feuilleP::firstPainted, &window,
-                         [&window, config] { window.openConfiguration(config); });
+                         [&window, config] { window.openFile(config); });
     }
     const QString shot = parser.value(screenshotOption);
     if (!shot.isEmpty()) {
