@@ -2,6 +2,7 @@
 
 #include "platform/recordfile.h"
 
+#include <QFileInfo>
 #include <algorithm>
 
 namespace exercises {
@@ -36,6 +37,9 @@ int exerciseLevel(const QString& text) {
 ExerciseRead readExerciseFile(const QString& path, ExerciseRecords records) {
     ExerciseRead result;
     const platform::RecordFile file(path);
+    // A missing file is a failure, not a blank exercise.
+    if (!QFileInfo(path).isFile())
+        return result;
     QString text;
     auto next = [&](int n, QString& into) {
         if (!readRecord(file, n, text))
