@@ -28,7 +28,7 @@ void openHandedOverFile(feuilleP& window, const QString& path) {
         QTimer::singleShot(500, &window, [&window, path] { openHandedOverFile(window, path); });
         return;
     }
-    window.openConfiguration(path);
+    window.openFile(path);
 }
 } // namespace
 
@@ -93,9 +93,10 @@ int main(int argc, char* argv[]) {
         QStringLiteral("zoom"), QStringLiteral("Zoom of every window: 100, 125, 150, 175 or 200."),
         QStringLiteral("N"));
     parser.addOptions({exportOption, stepOption, scaleOption, zoomOption});
-    parser.addPositionalArgument(QStringLiteral("file"),
-                                 QStringLiteral("Configuration file (.C10) to open at start."),
-                                 QStringLiteral("[FILE.C10]"));
+    parser.addPositionalArgument(
+        QStringLiteral("file"),
+        QStringLiteral("Configuration (.C10) or exercise (.E31) to open at start."),
+        QStringLiteral("[FILE]"));
     parser.process(app);
 
     if (parser.isSet(folderOption))
@@ -133,7 +134,7 @@ int main(int argc, char* argv[]) {
     }
     if (!file.isEmpty())
         QObject::connect(&window, &feuilleP::firstPainted, &window,
-                         [&window, file] { window.openConfiguration(file); });
+                         [&window, file] { window.openFile(file); });
     platform::SingleInstance instance;
     if (interactive && instance.listen())
         QObject::connect(&instance, &platform::SingleInstance::fileReceived, &window,

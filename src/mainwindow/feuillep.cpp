@@ -3,6 +3,7 @@
 #include "calculator/machine.h"
 #include "chemistry/catalogue.h"
 #include "configurations/configurations.h"
+#include "exercises/exercisemenu.h"
 #include "macro/macropanel.h"
 #include "mainwindow/copymenu.h"
 #include "mainwindow/helpwindow.h"
@@ -26,6 +27,7 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCursor>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
@@ -139,7 +141,7 @@ void feuilleP::buildControls() {
     btexo_ = new QPushButton(QStringLiteral("Exercices"), this);
     btexo_->setObjectName(QStringLiteral("btexo"));
     btexo_->setGeometry(BtexoRect);
-    btexo_->setEnabled(false); // the exercise menu arrives with the exercise browser
+    connect(btexo_, &QPushButton::clicked, this, &feuilleP::btexo_Click);
 
     fich_ = new QLineEdit(this);
     fich_->setObjectName(QStringLiteral("fich"));
@@ -203,6 +205,8 @@ void feuilleP::buildControls() {
     configurations_ = new configurations::Configurations(
         ctx_, *macro_, [this] { Combo1_Click(); }, this);
     configurations_->acceptDrops(this, [this](const QString& path) { openConfiguration(path); });
+    exerciseMenu_ = new exercises::ExerciseMenu(*this);
+    exerciseOpener_ = [this](const QString& path) { exerciseMenu_->openExercise(path); };
     buildShortcuts();
 }
 
@@ -300,8 +304,7 @@ void feuilleP::Form_Activate() {
         if (exerciseOpener_)
             exerciseOpener_(platform::resolveInFolder(state_.ProgramFolder, request));
     });
-    setEnabled(true);
-    state_.ExerciseOpened = 1;
+    setEnabled(true); // ExerciseOpened is the opener's: set only when an exercise opened
 }
 
 void feuilleP::changeEvent(QEvent* event) {
@@ -525,6 +528,18 @@ void feuilleP::Command11_Click() {
 void feuilleP::openConfiguration(const QString& path) {
     stopForOpening();
     tolerant([&] { configurations_->openConfigurationFile(path); });
+}
+
+void feuilleP::openFile(const QString& path) {
+    if (QFileInfo(path).suffix().compare(QLatin1String("E31"), Qt::CaseInsensitive) == 0) {
+        tolerant([&] { exerciseMenu_->openExercise(path); });
+        return;
+    }
+    openConfiguration(path);
+}
+
+void feuilleP::btexo_Click() {
+    exerciseMenu_->popupUnder(btexo_);
 }
 
 void feuilleP::Command4_Click() {

@@ -30,6 +30,9 @@ class Canvas;
 class Surface;
 } // namespace platform
 
+namespace exercises {
+class ExerciseMenu;
+}
 namespace configurations {
 class Configurations;
 }
@@ -50,6 +53,9 @@ public:
     OptionsPanel* options() const { return options_; }
     // Configuration files: LoadConfiguration and the writer on AppState::ConfigFilePath.
     configurations::Configurations* configurations() const { return configurations_; }
+    exercises::ExerciseMenu* exerciseMenu() const { return exerciseMenu_; }
+    // The exercise field above the statement area.
+    QLineEdit* fich() const { return fich_; }
     CopyMenu* copyMenu() const { return copyMenu_; }
     // The program's printer, kept with the user's choice between two prints.
     QPrinter& printer();
@@ -88,6 +94,9 @@ public:
     // dropped on the window): the animations stop first; a missing or bad file gives the
     // usual messages.
     void openConfiguration(const QString& path);
+    // A file named on the command line: an exercise (".E31") or a configuration.
+    void openFile(const QString& path);
+    void btexo_Click();
 
 signals:
     // The first time the window has been painted (start-up measurements, --screenshot).
@@ -142,6 +151,7 @@ private:
     MicroPanel* micro_ = nullptr;
     MacroPanel* macro_ = nullptr;
     configurations::Configurations* configurations_ = nullptr;
+    exercises::ExerciseMenu* exerciseMenu_ = nullptr;
     CopyMenu* copyMenu_ = nullptr;
     Hints* hints_ = nullptr;
     std::unique_ptr<QPrinter> printer_;

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace exercises {
+
+// The index file of an exercise (".E31", and the getting-started "tervox.PEM"): records of the
+// configuration layout, read as plain data. Names are as written in the file, trimmed, to be
+// resolved against the exercise file's own folder. Blank means empty after trimming.
+struct ExerciseFile {
+    QString statement;        // record 1
+    QString statementConfig;  // record 2, may be empty
+    QString correction;       // record 3, empty when there is no correction
+    QString correctionConfig; // record 4
+    int level = 0;            // record 5, 0 when not a whole number
+    QStringList topics;       // records 6 to 10, blank ones left out
+    QString title;            // record 11 (as written, not trimmed)
+
+    bool corrected() const { return !correction.isEmpty() || !correctionConfig.isEmpty(); }
+};
+
+// Which records a reader needs: opening reads 1 and 2, the correction 3 and 4, the preview
+// 3 to 11. A record past the end of the file reads blank, as the old random-access reads did.
+enum class ExerciseRecords { Statement, Correction, Preview };
+
+struct ExerciseRead {
+    bool ok = false; // false: the file could not be opened or holds a broken record
+    ExerciseFile file;
+};
+
+// Never throws; a failure is reported as ok == false with whatever was read before it.
+ExerciseRead readExerciseFile(const QString& path, ExerciseRecords records);
+
+// Record 5 as a level: leading blanks skipped, then the leading digits ("2", " 3 ", "2a" -> 2);
+// anything else is 0. Large values are capped so that they never overflow.
+int exerciseLevel(const QString& text);
+
+} // namespace exercises
