@@ -217,7 +217,9 @@ QString Configurations::droppedConfiguration(const QMimeData* mime) {
     if (urls.size() != 1 || !urls.first().isLocalFile())
         return {};
     const QString path = urls.first().toLocalFile();
-    if (!path.endsWith(QLatin1String(Extension), Qt::CaseInsensitive))
+    // Exercises are dropped on the same window; the main window sends each to its opener.
+    if (!path.endsWith(QLatin1String(Extension), Qt::CaseInsensitive) &&
+        !path.endsWith(QLatin1String(".E31"), Qt::CaseInsensitive))
         return {};
     return path;
 }

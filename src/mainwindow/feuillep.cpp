@@ -204,7 +204,7 @@ void feuilleP::buildControls() {
     hints_ = new Hints(this, info_, state_);
     configurations_ = new configurations::Configurations(
         ctx_, *macro_, [this] { Combo1_Click(); }, this);
-    configurations_->acceptDrops(this, [this](const QString& path) { openConfiguration(path); });
+    configurations_->acceptDrops(this, [this](const QString& path) { openFile(path); });
     exerciseMenu_ = new exercises::ExerciseMenu(*this);
     exerciseOpener_ = [this](const QString& path) { exerciseMenu_->openExercise(path); };
     buildShortcuts();

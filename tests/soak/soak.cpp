@@ -1,6 +1,6 @@
 // A long run of the real main window, headless: every reaction's micro animation, the
 // advancement and cooling animations, the graph window, configuration saves and loads, and
-// statements opened, over and over. Resident memory and open file descriptors are sampled
+// exercises opened, over and over. Resident memory and open file descriptors are sampled
 // each minute; the run fails when either has grown by more than 2 % since minute 5.
 //
 //   thermivo_soak MINUTES
@@ -38,7 +38,7 @@ long openDescriptors() {
 }
 
 // One round of everything a class does with the program.
-void round(feuilleP& w, int n, const QString& folder, const QStringList& statements) {
+void round(feuilleP& w, int n, const QString& folder, const QStringList& exercises) {
     const int reaction = 1 + n % 8;
     w.selectTab(1);
     w.selectReaction(reaction);
@@ -77,8 +77,8 @@ void round(feuilleP& w, int n, const QString& folder, const QStringList& stateme
         configurations::writeConfigurationFile(path, *bytes);
     w.openConfiguration(path);
 
-    if (!statements.isEmpty())
-        w.loadStatement(statements.at(n % statements.size()));
+    if (!exercises.isEmpty())
+        w.openFile(exercises.at(n % exercises.size()));
     w.selectTab(3);
     QApplication::processEvents();
 }
@@ -92,11 +92,11 @@ int main(int argc, char* argv[]) {
     QTemporaryDir dir;
     platform::setProgramFolderOverride(dir.path());
 
-    // The statements that ship with the program, when the build's program folder has them.
-    QStringList statements;
+    // The exercises that ship with the program, when the build's program folder has them.
+    QStringList exercises;
     const QDir shipped(QCoreApplication::applicationDirPath() + QStringLiteral("/exercices"));
-    for (const QString& f : shipped.entryList({QStringLiteral("*.rtf")}, QDir::Files))
-        statements << shipped.filePath(f);
+    for (const QString& f : shipped.entryList({QStringLiteral("*.E31")}, QDir::Files))
+        exercises << shipped.filePath(f);
 
     feuilleP w;
     w.setQuietShutdown(true);
@@ -108,7 +108,7 @@ int main(int argc, char* argv[]) {
     QList<long> rss, fds;
     long rounds = 0;
     while (clock.elapsed() < qint64(minutes) * 60000) {
-        round(w, static_cast<int>(rounds++), dir.path(), statements);
+        round(w, static_cast<int>(rounds++), dir.path(), exercises);
         if (clock.elapsed() >= qint64(rss.size() + 1) * 60000) {
             rss << residentKiB();
             fds << openDescriptors();
