@@ -6,6 +6,7 @@
 #include "micro/micropanel.h"
 #include "platform/dirlist.h"
 #include "platform/filelist.h"
+#include "support/mainwindowfixture.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -158,19 +159,11 @@ private:
 };
 
 void TestConfigurations::init() {
-    dir_ = std::make_unique<QTemporaryDir>();
-    qputenv("THERMIVO_PROGRAM_FOLDER", dir_->path().toUtf8());
-    w_ = std::make_unique<feuilleP>();
-    w_->setScreenSizeOverride(QSize(1024, 768));
-    w_->show();
-    QVERIFY(QTest::qWaitForWindowExposed(w_.get()));
+    QVERIFY(openMainWindow(dir_, w_));
 }
 
 void TestConfigurations::cleanup() {
-    w_->setQuietShutdown(true);
-    w_->close();
-    w_.reset();
-    dir_.reset();
+    closeMainWindow(dir_, w_);
 }
 
 // "list position|amount 0|amount 1|three boxes|option": the situation a configuration holds.

@@ -5,6 +5,7 @@
 #include "micro/micropanel.h"
 #include "platform/canvas.h"
 #include "platform/surface.h"
+#include "support/mainwindowfixture.h"
 
 #include <QAction>
 #include <QApplication>
@@ -70,19 +71,11 @@ private:
 };
 
 void TestButtonRow::init() {
-    dir_ = std::make_unique<QTemporaryDir>();
-    qputenv("THERMIVO_PROGRAM_FOLDER", dir_->path().toUtf8());
-    w_ = std::make_unique<feuilleP>();
-    w_->setScreenSizeOverride(QSize(1024, 768));
-    w_->show();
-    QVERIFY(QTest::qWaitForWindowExposed(w_.get()));
+    QVERIFY(openMainWindow(dir_, w_));
 }
 
 void TestButtonRow::cleanup() {
-    w_->setQuietShutdown(true);
-    w_->close();
-    w_.reset();
-    dir_.reset();
+    closeMainWindow(dir_, w_);
 }
 
 // A mouse move without a button, as the window system delivers it.

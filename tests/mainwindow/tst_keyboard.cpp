@@ -4,6 +4,7 @@
 #include "micro/micropanel.h"
 #include "platform/imagebutton.h"
 #include "platform/surface.h"
+#include "support/mainwindowfixture.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -53,21 +54,13 @@ private:
 };
 
 void TestKeyboard::init() {
-    dir_ = std::make_unique<QTemporaryDir>();
-    qputenv("THERMIVO_PROGRAM_FOLDER", dir_->path().toUtf8());
-    w_ = std::make_unique<feuilleP>();
-    w_->setScreenSizeOverride(QSize(1024, 768));
-    w_->show();
-    QVERIFY(QTest::qWaitForWindowExposed(w_.get()));
+    QVERIFY(openMainWindow(dir_, w_));
     w_->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(w_.get()));
 }
 
 void TestKeyboard::cleanup() {
-    w_->setQuietShutdown(true);
-    w_->close();
-    w_.reset();
-    dir_.reset();
+    closeMainWindow(dir_, w_);
 }
 
 void TestKeyboard::tabKeys_data() {
