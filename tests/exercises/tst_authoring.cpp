@@ -242,6 +242,17 @@ void TestAuthoring::roundTrip_data() {
         << QStringList{"TexteCorrection=%srccorr.rtf"}
         << QStringList{"essai.E31", "essai_correction.rtf", "essai_enonce.C10", "essai_enonce.rtf"}
         << "Exercice corrigé";
+    QTest::newRow("statement and situation from files")
+        << QStringLiteral("Chlorure") << 2 << QStringList{"Un", "", "", "", ""}
+        << QStringList{"EnonceActuel=0", "TexteEnonce=%srcautre.rtf",
+                       "SituationEnonce=%srccorr.C10"}
+        << QStringList{"essai.E31", "essai_enonce.C10", "essai_enonce.rtf"} << "Non corrigé";
+    QTest::newRow("statement from a file, no situation")
+        << QStringLiteral("Texte seul") << 2 << QStringList{"", "", "", "", ""}
+        << QStringList{"EnonceActuel=0", "TexteEnonce=%srcautre.rtf",
+                       "TexteCorrection=%srccorr.rtf"}
+        << QStringList{"essai.E31", "essai_correction.rtf", "essai_enonce.rtf"}
+        << "Exercice corrigé";
 }
 
 void TestAuthoring::roundTrip() {
@@ -281,6 +292,14 @@ void TestAuthoring::roundTrip() {
     setSituation(8, QStringLiteral("  9,0"), QStringLiteral("  9,0"), false);
     w_->supertext()->setPlainText(QStringLiteral("Autre chose"));
     w_->state().StatementModified = 0;
+    const configurations::ConfigurationData teacherFile =
+        *configurations::decodeConfiguration(contentOf(src() + QStringLiteral("corr.C10")));
+    const bool fromFiles = edits.contains(QStringLiteral("EnonceActuel=0"));
+    const bool withSituation = written.contains(QStringLiteral("essai_enonce.C10"));
+    const configurations::ConfigurationData opened =
+        !fromFiles      ? situation
+        : withSituation ? teacherFile
+                        : w_->configurations()->currentConfiguration();
 
     QStringList nonBlank;
     for (const QString& t : topics)
@@ -300,13 +319,20 @@ void TestAuthoring::roundTrip() {
         }
         QTest::keyClick(f.file1(), Qt::Key_Return);
     });
-    QCOMPARE(w_->supertext()->toPlainText(), statement);
-    QCOMPARE(platform::toRtf(*w_->supertext()->document()), statementRtf);
-    QCOMPARE(w_->configurations()->currentConfiguration(), situation);
-    QCOMPARE(w_->context().Combo1->currentIndex(), 3);
+    if (fromFiles) {
+        QCOMPARE(w_->supertext()->toPlainText(), QStringLiteral("Autre énoncé"));
+        QCOMPARE(contentOf(out() + QStringLiteral("essai_enonce.rtf")),
+                 contentOf(src() + QStringLiteral("autre.rtf")));
+    } else {
+        QCOMPARE(w_->supertext()->toPlainText(), statement);
+        QCOMPARE(platform::toRtf(*w_->supertext()->document()), statementRtf);
+    }
+    QCOMPARE(w_->configurations()->currentConfiguration(), opened);
+    QCOMPARE(w_->context().Combo1->currentIndex(), static_cast<int>(opened.listIndex));
     QCOMPARE(w_->fich()->text(), out() + QStringLiteral("essai.E31"));
-    QCOMPARE(w_->state().ExerciseOpened, caption == QStringLiteral("Exercice corrigé") ? 1 : 0);
-    if (edits.isEmpty())
+    const bool corrected = caption == QStringLiteral("Exercice corrigé");
+    QCOMPARE(w_->state().ExerciseOpened, corrected ? 1 : 0);
+    if (!corrected)
         return;
     w_->exerciseMenu()->opencor_Click();
     QCOMPARE(w_->supertext()->toPlainText(), QStringLiteral("Corrigé : 890 kJ"));
@@ -314,7 +340,7 @@ void TestAuthoring::roundTrip() {
         QCOMPARE(w_->configurations()->currentConfiguration(),
                  *configurations::decodeConfiguration(contentOf(src() + "corr.C10")));
     else
-        QCOMPARE(w_->configurations()->currentConfiguration(), situation);
+        QCOMPARE(w_->configurations()->currentConfiguration(), opened);
 }
 
 void TestAuthoring::overwrite_data() {
