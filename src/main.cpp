@@ -7,6 +7,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
 #include <QFileInfo>
 #include <QPointer>
 #include <QTimer>
@@ -132,6 +133,9 @@ int main(int argc, char* argv[]) {
         }
         return 0;
     }
+    // The file windows show the current folder: start where the user keeps files.
+    if (interactive)
+        QDir::setCurrent(platform::startingFolder(platform::programFolder()));
     if (!file.isEmpty())
         QObject::connect(&window, &feuilleP::firstPainted, &window,
                          [&window, file] { window.openFile(file); });
