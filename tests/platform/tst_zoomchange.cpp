@@ -1,7 +1,10 @@
 #include "macro/macropanel.h"
 #include "mainwindow/feuillep.h"
 #include "mainwindow/optionspanel.h"
+#include "micro/drawing.h"
+#include "micro/geometry.h"
 #include "micro/micropanel.h"
+#include "platform/canvas.h"
 #include "platform/pictureexport.h"
 #include "platform/surface.h"
 #include "platform/zoom.h"
@@ -9,6 +12,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QPainter>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTest>
@@ -34,6 +38,8 @@ private slots:
     void sharpAfterChange();
     void startingZoom_data();
     void startingZoom();
+    void atomCopies_data();
+    void atomCopies();
 
 private:
     std::unique_ptr<QTemporaryDir> dir_;
@@ -195,6 +201,47 @@ void TestZoomChange::startingZoom() {
     QCOMPARE(Zoom::startingZoom(requested, QSize(800, 600)), expected);
     QCOMPARE(Zoom::startingZoom(requested, QSize(400, 300)),
              requested == 0 && !remembered ? 200 : expected);
+}
+
+void TestZoomChange::atomCopies_data() {
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QPoint>("at");
+    for (const double scale : {1.25, 1.5, 1.75, 2.0, 4.0})
+        for (int kind = micro::Carbon; kind <= micro::FifthElement; ++kind)
+            for (const QPoint at : {QPoint(20, 20), QPoint(37, 21), QPoint(22, 39)})
+                QTest::addRow("%g%% kind %d at %d,%d", scale * 100, kind, at.x(), at.y())
+                    << scale << kind << at;
+}
+
+// An atom copied from its picture on a zoomed screen is pixel for pixel the atom drawn there,
+// at every offset within a device pixel, and leaves the drawing state as drawing it does.
+void TestZoomChange::atomCopies() {
+    QFETCH(double, scale);
+    QFETCH(int, kind);
+    QFETCH(QPoint, at);
+    QImage images[2];
+    platform::DrawState states[2];
+    for (int copy = 0; copy < 2; ++copy) {
+        QImage& image = images[copy];
+        image = QImage((QSizeF(60, 60) * scale).toSize(), QImage::Format_RGB32);
+        image.setDevicePixelRatio(scale);
+        image.fill(QColor(240, 235, 230));
+        QPainter p(&image);
+        platform::Canvas c(p, states[copy], QSize(60, 60));
+        // Twice: the second copy comes from the picture kept by the first.
+        for (int i = 0; i < 2; ++i) {
+            if (copy)
+                micro::atome(c, kind, at.x(), at.y());
+            else
+                micro::atomeDirect(c, kind, at.x(), at.y());
+        }
+    }
+    QCOMPARE(images[1], images[0]);
+    QCOMPARE(states[1].currentX, states[0].currentX);
+    QCOMPARE(states[1].currentY, states[0].currentY);
+    QCOMPARE(states[1].fillColor, states[0].fillColor);
+    QCOMPARE(states[1].fillStyle, states[0].fillStyle);
 }
 
 int main(int argc, char* argv[]) {
