@@ -14,7 +14,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-PACKAGES=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools libgl-dev qt6-svg-dev
+PACKAGES=(cmake ninja-build g++ qt6-base-dev qt6-base-private-dev qt6-base-dev-tools libgl-dev qt6-svg-dev
           qt6-translations-l10n fonts-liberation fonts-dejavu-core libbenchmark-dev
           xvfb xauth
           desktop-file-utils appstream xdg-utils shared-mime-info dpkg-dev
@@ -53,9 +53,12 @@ run_fuzzers() {
         mkdir -p "$corpus" "$findings"
         local dict=()
         [ -f "fuzz/$name.dict" ] && dict=(-dict="fuzz/$name.dict")
+        # A target's own flags (input size) in fuzz/TARGET.options, one per line.
+        local options=()
+        [ -f "fuzz/$name.options" ] && mapfile -t options <"fuzz/$name.options"
         local log=build-fuzz/$name.log
         if "$exe" -max_total_time="$seconds" -timeout=5 -rss_limit_mb=2048 -print_final_stats=1 \
-            "${dict[@]}" -artifact_prefix="$findings/" "$corpus" "fuzz/corpus/$name" >"$log" 2>&1; then
+            "${dict[@]}" "${options[@]}" -artifact_prefix="$findings/" "$corpus" "fuzz/corpus/$name" >"$log" 2>&1; then
             local runs rate
             runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
             rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log")

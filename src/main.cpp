@@ -3,16 +3,18 @@
 #include "mainwindow/illustrationexport.h"
 #include "platform/programfolder.h"
 #include "platform/singleinstance.h"
+#include "platform/zoom.h"
 
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
 #include <QFileInfo>
 #include <QPointer>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -38,13 +40,6 @@ int main(int argc, char* argv[]) {
     for (int i = 1; i < argc; ++i)
         if (std::strcmp(argv[i], "--export") == 0 && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
-    // The zoom scales every window and drawing; it must be known before the application starts.
-    for (int i = 1; i + 1 < argc; ++i)
-        if (std::strcmp(argv[i], "--zoom") == 0) {
-            const int percent = std::atoi(argv[i + 1]);
-            if (percent >= 100 && percent <= 200 && percent % 25 == 0)
-                qputenv("QT_SCALE_FACTOR", QByteArray::number(percent / 100.0));
-        }
     QApplication app(argc, argv);
     setUpApplication(app);
 
@@ -112,6 +107,13 @@ int main(int argc, char* argv[]) {
     if (interactive && !file.isEmpty() && platform::SingleInstance::handOver(file))
         return 0;
 
+    // Pictures for the help pages and worksheets are made at 100 % unless asked otherwise; a
+    // class gets the zoom it chose last time, or the largest that fits the screen.
+    const int requestedZoom = parser.value(zoomOption).toInt();
+    platform::Zoom::instance().apply(
+        interactive ? platform::Zoom::startingZoom(requestedZoom, QSize(800, 600))
+                    : std::max(100, platform::validZoom(requestedZoom)));
+
     feuilleP window;
     if (parser.isSet(exportOption)) {
         const auto which = illustrationFromName(parser.value(exportOption));
@@ -133,6 +135,9 @@ int main(int argc, char* argv[]) {
         }
         return 0;
     }
+    // The file windows show the current folder: start where the user keeps files.
+    if (interactive)
+        QDir::setCurrent(platform::startingFolder(platform::programFolder()));
     if (!file.isEmpty())
         QObject::connect(&window, &feuilleP::firstPainted, &window,
                          [&window, file] { window.openFile(file); });

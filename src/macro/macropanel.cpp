@@ -9,6 +9,7 @@
 #include "platform/focusscrollbar.h"
 #include "platform/imagebutton.h"
 #include "platform/surface.h"
+#include "platform/zoom.h"
 
 #include <QAction>
 #include <QApplication>
@@ -195,6 +196,10 @@ void MacroPanel::buildControls() {
         if (self)
             self->drawPicture4(c);
     });
+
+    // The frozen background was drawn at the old resolution: draw it again at the new one.
+    connect(&platform::Zoom::instance(), &platform::Zoom::changed, this,
+            &MacroPanel::redrawPicture4);
 
     using Glyph = platform::ImageButton::Glyph;
     image8_ = new platform::ImageButton(Glyph::First, QStringLiteral("Image8"),
@@ -414,6 +419,14 @@ void MacroPanel::describePicture4(bool open, int sliderValue) {
 void MacroPanel::drawPicture4(Canvas& c) {
     drawSystemBackground(c, systemOpen_);
     drawGaugeBars(c, gauges_);
+}
+
+void MacroPanel::redrawPicture4() {
+    picture4_->clearPicture();
+    picture4_->cls();
+    drawSystemBackground(picture4_->canvas(), systemOpen_);
+    picture4_->freezePicture();
+    drawGaugeBars(picture4_->canvas(), gauges_);
 }
 
 void MacroPanel::prepapic4() {

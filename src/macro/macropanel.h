@@ -74,6 +74,8 @@ private:
     void describePicture4(bool open, int sliderValue);
     // What Picture4 shows now (background and levels), on any canvas.
     void drawPicture4(platform::Canvas& c);
+    // The background and gauges again, as they are, at the screen's new resolution.
+    void redrawPicture4();
     bool isOpenSystem() const;
     bool handleAmountKey(int index, QEvent* event);
     void pasteAmount(int index);

@@ -19,6 +19,7 @@
 #include "platform/programfolder.h"
 #include "platform/richtext.h"
 #include "platform/surface.h"
+#include "platform/zoom.h"
 #include "printing/confimp.h"
 
 #include <QAbstractItemView>
@@ -230,6 +231,21 @@ void feuilleP::buildShortcuts() {
     add("tabMacro", {QKeySequence(Qt::ALT | Qt::Key_2)}, [this] { selectTab(2); });
     add("tabOptions", {QKeySequence(Qt::ALT | Qt::Key_3)}, [this] { selectTab(3); });
     add("help", {QKeySequence(Qt::Key_F1)}, [this] { Command7_Click(); });
+    // The zoom: "+" is shifted on many keyboards, so Ctrl+= works as well.
+    platform::Zoom& zoom = platform::Zoom::instance();
+    add("zoomIn",
+        {QKeySequence(Qt::CTRL | Qt::Key_Plus), QKeySequence(Qt::CTRL | Qt::Key_Equal),
+         QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Plus)},
+        [&zoom] { zoom.choose(platform::neighbourZoom(zoom.percent(), 1)); });
+    add("zoomOut", {QKeySequence(Qt::CTRL | Qt::Key_Minus)},
+        [&zoom] { zoom.choose(platform::neighbourZoom(zoom.percent(), -1)); });
+    add("zoomReset", {QKeySequence(Qt::CTRL | Qt::Key_0)},
+        [&zoom] { zoom.choose(platform::ZoomSteps.front()); });
+    // A new scale changes the screen's size in logical pixels: centre the window again.
+    connect(&zoom, &platform::Zoom::changed, this, [this] {
+        if (loaded_)
+            tolerant([&] { applySizingRule(); });
+    });
 }
 
 QSize feuilleP::screenPixels() const {

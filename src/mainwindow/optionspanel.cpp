@@ -2,15 +2,20 @@
 
 #include "platform/canvas.h"
 #include "platform/surface.h"
+#include "platform/zoom.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QLabel>
 #include <QRadioButton>
 
 namespace {
 constexpr int ControlLeft = 30;
 constexpr int ControlWidth = 400;
 constexpr int ControlHeight = 20;
+constexpr int ZoomTop = 310;
 } // namespace
 
 OptionsPanel::OptionsPanel(QWidget* tabParent, QObject* parent)
@@ -49,6 +54,29 @@ OptionsPanel::OptionsPanel(QWidget* tabParent, QObject* parent)
     // design-time value fires no Click.
     option1_[1]->setChecked(true);
 
+    // The zoom, which the keyboard changes too (Ctrl++, Ctrl+-, Ctrl+0).
+    auto* zoomLabel = new QLabel(QStringLiteral("Zoom des fenêtres :"), picture1_);
+    zoomLabel->setObjectName(QStringLiteral("ZoomLabel"));
+    zoomLabel->setGeometry(ControlLeft, ZoomTop, 120, ControlHeight);
+    zoom_ = new QComboBox(picture1_);
+    zoom_->setObjectName(QStringLiteral("Zoom"));
+    zoom_->setGeometry(ControlLeft + 124, ZoomTop - 1, 90, ControlHeight + 2);
+    zoom_->setAccessibleName(QStringLiteral("Zoom des fenêtres"));
+    zoom_->setToolTip(QStringLiteral("Agrandit toutes les fenêtres (Ctrl++, Ctrl+-, Ctrl+0)"));
+    zoom_->view()->setAccessibleName(QStringLiteral("Liste des zooms"));
+    zoomLabel->setBuddy(zoom_);
+    for (const int step : platform::ZoomSteps)
+        zoom_->addItem(QString::number(step) + QStringLiteral("\u00a0%"), step);
+    auto showZoom = [this](int percent) {
+        const QSignalBlocker quiet(zoom_);
+        zoom_->setCurrentIndex(zoom_->findData(percent));
+    };
+    showZoom(platform::Zoom::instance().percent());
+    connect(&platform::Zoom::instance(), &platform::Zoom::changed, zoom_, showZoom);
+    connect(zoom_, &QComboBox::activated, this, [this](int index) {
+        platform::Zoom::instance().choose(zoom_->itemData(index).toInt());
+    });
+
     for (int i = 0; i < 3; ++i)
         connect(check1_[static_cast<std::size_t>(i)], &QCheckBox::toggled, this,
                 [this, i](bool) { emit Check1_Click(i); });
@@ -67,10 +95,11 @@ void OptionsPanel::Picture1_Paint(platform::Canvas& c) {
     st.fontBold = true;
     st.fontSize = 8;
     st.foreColor = platform::qbColor(0);
-    const std::pair<QString, QWidget*> headings[3] = {
+    const std::pair<QString, QWidget*> headings[4] = {
         {QStringLiteral("Données"), check1_[2]},
         {QStringLiteral("Aspect microscopique"), check1_[0]},
         {QStringLiteral("Aspect macroscopique"), option1_[0]},
+        {QStringLiteral("Affichage"), zoom_},
     };
     for (const auto& [text, control] : headings) {
         st.currentX = 18;

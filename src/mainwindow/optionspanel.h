@@ -4,6 +4,7 @@
 #include <array>
 
 class QCheckBox;
+class QComboBox;
 class QRadioButton;
 class QWidget;
 
@@ -21,6 +22,8 @@ public:
     platform::Surface* picture1() const { return picture1_; }
     const std::array<QCheckBox*, 3>& check1() const { return check1_; }
     const std::array<QRadioButton*, 2>& option1() const { return option1_; }
+    // The zoom of every window, under "Affichage".
+    QComboBox* zoom() const { return zoom_; }
 
     void Picture1_Paint(platform::Canvas& c);
 
@@ -34,4 +37,5 @@ private:
     platform::Surface* picture1_;
     std::array<QCheckBox*, 3> check1_{};
     std::array<QRadioButton*, 2> option1_{};
+    QComboBox* zoom_ = nullptr;
 };

@@ -4,7 +4,12 @@
 #include "micro/geometry.h"
 #include "platform/canvas.h"
 
+#include <QHash>
+#include <QImage>
+#include <QPaintDevice>
+#include <QPainter>
 #include <algorithm>
+#include <cmath>
 
 namespace micro {
 
@@ -29,9 +34,88 @@ void drawBond(platform::Canvas& c, const BondLine& bond) {
         drawStroke(c, strokes.strokes[static_cast<std::size_t>(i)]);
 }
 
+// An atom never reaches further than this from its centre, in surface pixels.
+constexpr int AtomReach = 11;
+
+// An atom copied from its picture, and what drawing it leaves in the state (the last ring's
+// centre, relative to the atom's, and its colour).
+struct AtomSprite {
+    QImage image;
+    double currentDx = 0;
+    double currentDy = 0;
+    QColor fillColor;
+};
+
+// Drawn on a zoomed screen, an atom's rings are stroked curves, many times slower than at 100 %
+// where they are hairlines, and a molecule view holds up to 54 atoms redrawn at each animation
+// step. So each atom is drawn once per element, scale and offset within a device pixel into a
+// transparent image, and copied from there. The copy is pixel for pixel the drawing, as the
+// shapes sit at the same offset within a pixel. Printers, SVG and PDF get the curves.
+const AtomSprite* cachedAtom(platform::Canvas& c, std::int16_t kind, std::int16_t x, std::int16_t y,
+                             QPoint& at) {
+    if (kind < Carbon || kind > FifthElement)
+        return nullptr;
+    QPainter& p = c.painter();
+    const QTransform device = p.deviceTransform();
+    const double scale = device.m11();
+    if (!p.device() || p.device()->devType() != QInternal::Image ||
+        device.type() != QTransform::TxScale || scale != device.m22() || scale <= 1.0 ||
+        scale > 8.0)
+        return nullptr;
+    const double px = c.toPixelX(x);
+    const double py = c.toPixelY(y);
+    const QPointF corner = device.map(QPointF(px - AtomReach, py - AtomReach));
+    at = QPoint(static_cast<int>(std::floor(corner.x())), static_cast<int>(std::floor(corner.y())));
+    const double fx = corner.x() - at.x();
+    const double fy = corner.y() - at.y();
+    // At the zoom steps the offsets are multiples of 1/4 pixel; 1/64 keeps them apart.
+    const quint64 key = (quint64(quint16(kind)) << 48) | (quint64(std::lround(scale * 64)) << 32) |
+                        (quint64(std::lround(fx * 64)) << 16) | quint64(std::lround(fy * 64));
+    static QHash<quint64, AtomSprite> sprites;
+    if (const auto it = sprites.constFind(key); it != sprites.constEnd())
+        return &*it;
+    if (sprites.size() > 512)
+        sprites.clear();
+    const int side = static_cast<int>(std::ceil(2 * AtomReach * scale)) + 2;
+    AtomSprite sprite;
+    sprite.image = QImage(side, side, QImage::Format_ARGB32_Premultiplied);
+    sprite.image.fill(Qt::transparent);
+    QPainter sp(&sprite.image);
+    // Surface pixels as on the real device, shifted by whole device pixels.
+    sp.setTransform(QTransform(scale, 0, 0, scale, device.dx() - at.x(), device.dy() - at.y()));
+    platform::DrawState state = c.state();
+    platform::Canvas sc(sp, state, c.pixelSize());
+    atomeDirect(sc, kind, x, y);
+    sp.end();
+    sprite.currentDx = state.currentX - x;
+    sprite.currentDy = state.currentY - y;
+    sprite.fillColor = state.fillColor;
+    return &*sprites.insert(key, sprite);
+}
+
 } // namespace
 
 void atome(platform::Canvas& c, std::int16_t kind, std::int16_t x, std::int16_t y) {
+    QPoint at;
+    const AtomSprite* sprite = cachedAtom(c, kind, x, y, at);
+    if (!sprite) {
+        atomeDirect(c, kind, x, y);
+        return;
+    }
+    QPainter& p = c.painter();
+    // One device pixel per sprite pixel: undo the device's scale for the copy.
+    p.save();
+    p.setWorldTransform(p.deviceTransform().inverted() * p.worldTransform());
+    p.drawImage(at, sprite->image);
+    p.restore();
+    platform::DrawState& st = c.state();
+    st.currentX = x + sprite->currentDx;
+    st.currentY = y + sprite->currentDy;
+    st.fillColor = sprite->fillColor;
+    st.fillStyle = platform::FillStyle::Transparent;
+}
+
+void atomeDirect(platform::Canvas& c, std::int16_t kind, std::int16_t x, std::int16_t y) {
     QColor base;
     QColor outline;
     double radius = 9;

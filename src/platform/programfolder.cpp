@@ -47,6 +47,24 @@ QString writableFolder(const QString& programFolder) {
     return withTrailingSeparator(data);
 }
 
+QString chooseStartingFolder(const QString& current, const QString& home, const QString& documents,
+                             const QString& programFolder, bool currentWritable) {
+    const QString here = withTrailingSeparator(current);
+    const bool ownFolder = currentWritable && here != QStringLiteral("/") &&
+                           here != withTrailingSeparator(home) &&
+                           !here.startsWith(withTrailingSeparator(programFolder));
+    return ownFolder || documents.isEmpty() ? current : documents;
+}
+
+QString startingFolder(const QString& programFolder) {
+    const QString current = QDir::currentPath();
+    QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (!documents.isEmpty() && !QDir().mkpath(documents))
+        documents = QDir::homePath();
+    return chooseStartingFolder(current, QDir::homePath(), documents, programFolder,
+                                QFileInfo(current).isWritable());
+}
+
 QString resolveInFolder(const QString& folder, const QString& name) {
     QString n = name;
     n.replace(QLatin1Char('\\'), QLatin1Char('/'));

@@ -16,6 +16,15 @@ void setProgramFolderOverride(const QString& folder);
 // Always ends with "/".
 QString writableFolder(const QString& programFolder);
 
+// The folder the file windows start in, as the current folder of the process. A launch from a
+// desktop menu starts in the home folder (or "/"), and an installed program folder is
+// read-only: then the user's documents folder is the place a teacher expects to save into.
+// A launch from a terminal in a folder of one's own keeps that folder.
+QString chooseStartingFolder(const QString& current, const QString& home, const QString& documents,
+                             const QString& programFolder, bool currentWritable);
+// The same for this process and user; the documents folder is created when missing.
+QString startingFolder(const QString& programFolder);
+
 // Appends the separator when missing.
 QString withTrailingSeparator(const QString& folder);
 

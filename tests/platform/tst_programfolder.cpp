@@ -9,6 +9,8 @@ private slots:
     void resolve_data();
     void resolve();
     void precedence();
+    void startingFolder_data();
+    void startingFolder();
 };
 
 void TestProgramFolder::resolve_data() {
@@ -38,6 +40,37 @@ void TestProgramFolder::precedence() {
     QCOMPARE(platform::programFolder(), QStringLiteral("/tmp/from-env/"));
     platform::setProgramFolderOverride(QStringLiteral("/tmp/from-option/"));
     QCOMPARE(platform::programFolder(), QStringLiteral("/tmp/from-option/"));
+}
+
+void TestProgramFolder::startingFolder_data() {
+    QTest::addColumn<QString>("current");
+    QTest::addColumn<bool>("writable");
+    QTest::addColumn<QString>("documents");
+    QTest::addColumn<QString>("expected");
+    const QString docs = QStringLiteral("/home/prof/Documents");
+    QTest::newRow("desktop menu: home") << "/home/prof" << true << docs << docs;
+    QTest::newRow("home with a slash") << "/home/prof/" << true << docs << docs;
+    QTest::newRow("root") << "/" << false << docs << docs;
+    QTest::newRow("installed program folder") << "/usr/share/thermivo" << false << docs << docs;
+    QTest::newRow("inside the program folder")
+        << "/usr/share/thermivo/exercices" << false << docs << docs;
+    QTest::newRow("read-only elsewhere") << "/media/cle" << false << docs << docs;
+    QTest::newRow("terminal in a folder of one's own")
+        << "/home/prof/cours" << true << docs << "/home/prof/cours";
+    QTest::newRow("a name that only starts like home")
+        << "/home/professeur" << true << docs << "/home/professeur";
+    QTest::newRow("no documents folder known") << "/home/prof" << true << ""
+                                               << "/home/prof";
+}
+
+void TestProgramFolder::startingFolder() {
+    QFETCH(QString, current);
+    QFETCH(bool, writable);
+    QFETCH(QString, documents);
+    QFETCH(QString, expected);
+    QCOMPARE(platform::chooseStartingFolder(current, QStringLiteral("/home/prof"), documents,
+                                            QStringLiteral("/usr/share/thermivo/"), writable),
+             expected);
 }
 
 QTEST_GUILESS_MAIN(TestProgramFolder)
