@@ -142,7 +142,8 @@ shots)
 helpshots)
     install_missing
     build build RelWithDebInfo
-    out=data/aide/images
+    # Absolute: the exercise browser changes the current folder to the one it shows.
+    out=$PWD/data/aide/images
     mkdir -p "$out"
     shot() {
         local name=$1
@@ -156,7 +157,16 @@ helpshots)
     shot options --reaction 1 --tab 3 --widget Onglets
     shot graphe --reaction 1 --tab 2 --click Command3
     shot calculatrice --click Command8
-    echo "Pictures in $out/"
+    # The exercise windows show folders: a copy of the program folder and a teacher's home at
+    # fixed places, so that the pictures do not change with the checkout.
+    place=/tmp/thermivo-aide
+    rm -rf "$place"
+    mkdir -p "$place/Thermivo" "$place/prof/Documents"
+    cp -r build/bin/exercices "$place/Thermivo/"
+    HOME="$place/prof" shot exercice_ouvrir --program-folder "$place/Thermivo" --click openexo
+    HOME="$place/prof" shot exercice_creer --program-folder "$place/Thermivo" --click CreerExercice
+    rm -rf "$place"
+    echo "Pictures in data/aide/images/"
     ;;
 exercises)
     python3 tools/make_exercises.py

@@ -6,6 +6,7 @@
 #include "platform/zoom.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
@@ -68,8 +69,8 @@ int main(int argc, char* argv[]) {
         QStringLiteral("NAME"));
     const QCommandLineOption clickOption(
         QStringLiteral("click"),
-        QStringLiteral("With --screenshot: click the button of this name first (Image6); the "
-                       "window it opens is rendered, if any (Command8)."),
+        QStringLiteral("With --screenshot: click the button or menu item of this name first "
+                       "(Image6, openexo); the window it opens is rendered, if any (Command8)."),
         QStringLiteral("NAME"));
     parser.addOptions({folderOption, screenshotOption, reactionOption, tabOption, statementOption,
                        widgetOption, clickOption});
@@ -158,11 +159,13 @@ int main(int argc, char* argv[]) {
                 window.selectTab(tab);
             if (!statement.isEmpty())
                 window.loadStatement(statement);
-            // A clicked button may open a modal window: it is rendered from inside its own
-            // loop. Otherwise the click's effect on the main window is what is rendered.
+            // A clicked button (or a menu item of that name) may open a modal window: it is
+            // rendered from inside its own loop. Otherwise the click's effect on the main
+            // window is what is rendered.
             auto rendered = std::make_shared<bool>(false);
-            if (auto* button =
-                    click.isEmpty() ? nullptr : window.findChild<QAbstractButton*>(click)) {
+            auto* button = click.isEmpty() ? nullptr : window.findChild<QAbstractButton*>(click);
+            auto* action = click.isEmpty() || button ? nullptr : window.findChild<QAction*>(click);
+            if (button || action) {
                 QTimer::singleShot(0, &window, [shot, rendered] {
                     if (QPointer<QWidget> dialog = QApplication::activeModalWidget()) {
                         dialog->grab().save(shot);
@@ -170,7 +173,10 @@ int main(int argc, char* argv[]) {
                         dialog->close();
                     }
                 });
-                button->click();
+                if (button)
+                    button->click();
+                else
+                    action->trigger();
             }
             if (!*rendered) {
                 QWidget* part = widget.isEmpty() ? nullptr : window.findChild<QWidget*>(widget);

@@ -1,9 +1,11 @@
 #include "exercises/exercisefile.h"
 
+#include "platform/cp1252.h"
 #include "platform/recordfile.h"
 
 #include <QFileInfo>
 #include <algorithm>
+#include <array>
 
 namespace exercises {
 
@@ -74,6 +76,67 @@ ExerciseRead readExerciseFile(const QString& path, ExerciseRecords records) {
     x.title = text;
     result.ok = true;
     return result;
+}
+
+QString firstUnencodable(const QString& text) {
+    for (qsizetype i = 0; i < text.size();) {
+        const qsizetype n =
+            text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()
+                ? 2
+                : 1;
+        const QString c = text.mid(i, n);
+        if (c != QLatin1String("?") && platform::toCp1252(c) == "?")
+            return c;
+        i += n;
+    }
+    return QString();
+}
+
+EncodedExercise encodeExercise(const ExerciseFile& exercise) {
+    EncodedExercise out;
+    auto fail = [&](EncodeProblem problem, int record) {
+        out.bytes.clear();
+        out.problem = problem;
+        out.record = record;
+        return out;
+    };
+    if (exercise.title.trimmed().isEmpty())
+        return fail(EncodeProblem::BlankTitle, 11);
+    if (exercise.statement.trimmed().isEmpty())
+        return fail(EncodeProblem::BlankStatement, 1);
+    if (exercise.level < MinLevel || exercise.level > MaxLevel)
+        return fail(EncodeProblem::BadLevel, 5);
+
+    std::array<QString, ExerciseRecordCount> texts;
+    texts[0] = exercise.statement.trimmed();
+    texts[1] = exercise.statementConfig.trimmed();
+    texts[2] = exercise.correction.trimmed();
+    texts[3] = exercise.correctionConfig.trimmed();
+    texts[4] = QString::number(exercise.level);
+    std::size_t topic = 5;
+    for (const QString& line : exercise.topics) {
+        if (line.trimmed().isEmpty())
+            continue;
+        if (topic == 10)
+            return fail(EncodeProblem::TooManyTopics, 10);
+        texts[topic++] = line;
+    }
+    texts[10] = exercise.title;
+
+    out.bytes = QByteArray(ExerciseRecordCount * platform::RecordFile::RecordLength, '\0');
+    for (int n = 1; n <= ExerciseRecordCount; ++n) {
+        const QString& text = texts[static_cast<std::size_t>(n - 1)];
+        if (const QString c = firstUnencodable(text); !c.isEmpty()) {
+            fail(EncodeProblem::NotEncodable, n);
+            out.character = c;
+            return out;
+        }
+        const std::optional<QByteArray> record = platform::RecordFile::encodeText(text);
+        if (!record)
+            return fail(EncodeProblem::TooLong, n);
+        out.bytes.replace((n - 1) * platform::RecordFile::RecordLength, record->size(), *record);
+    }
+    return out;
 }
 
 } // namespace exercises

@@ -1,6 +1,7 @@
 #include "exercises/exercisemenu.h"
 
 #include "configurations/configurations.h"
+#include "exercises/creerexo.h"
 #include "exercises/exercisefile.h"
 #include "exercises/fichexo.h"
 #include "mainwindow/feuillep.h"
@@ -45,6 +46,9 @@ ExerciseMenu::ExerciseMenu(feuilleP& main) : QObject(&main), main_(main) {
     menu_->addSeparator();
     closexo_ = addItem(QStringLiteral("Closexo"), QStringLiteral("Fermer l'exercice"),
                        &ExerciseMenu::Closexo_Click);
+    menu_->addSeparator();
+    addItem(QStringLiteral("CreerExercice"), QStringLiteral("Créer un exercice…"),
+            &ExerciseMenu::CreerExercice_Click);
     updateItems();
 }
 
@@ -195,6 +199,11 @@ void ExerciseMenu::Closexo_Click() {
     main_.fich()->clear();
     main_.state().ExerciseOpened = 0;
     main_.ShowWelcomeText();
+}
+
+void ExerciseMenu::CreerExercice_Click() {
+    CreerExo window(main_);
+    window.exec();
 }
 
 } // namespace exercises

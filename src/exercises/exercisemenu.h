@@ -45,6 +45,8 @@ public:
     void opentexte_Click();
     void imprimetexte_Click();
     void Closexo_Click();
+    // The teacher's authoring window (creerexo).
+    void CreerExercice_Click();
 
 private:
     QAction* addItem(const QString& name, const QString& caption, void (ExerciseMenu::*slot)());

@@ -3,6 +3,7 @@
 #include "exercises/fichexo.h"
 #include "mainwindow/feuillep.h"
 #include "platform/filelist.h"
+#include "support/answerboxes.h"
 
 #include <QAction>
 #include <QApplication>
@@ -25,33 +26,7 @@ using exercises::Fichexo;
 
 namespace {
 
-// Answers the message boxes that come up, in order, and records "title|text" for each.
-class Boxes : public QObject {
-public:
-    explicit Boxes(QList<QMessageBox::StandardButton> answers = {}) : answers_(std::move(answers)) {
-        timer_.setInterval(0);
-        connect(&timer_, &QTimer::timeout, this, &Boxes::poll);
-        timer_.start();
-    }
-    QStringList seen;
-
-private:
-    void poll() {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box || box == last_)
-            return;
-        last_ = box;
-        seen << box->windowTitle() + QLatin1Char('|') + box->text();
-        QAbstractButton* button =
-            answers_.isEmpty() ? box->defaultButton() : box->button(answers_.takeFirst());
-        if (!button)
-            button = box->buttons().value(0);
-        button->click();
-    }
-    QList<QMessageBox::StandardButton> answers_;
-    QTimer timer_;
-    QPointer<QMessageBox> last_;
-};
+using Boxes = AnswerBoxes;
 
 QByteArray records(const QList<QByteArray>& texts) {
     QByteArray out;
@@ -253,13 +228,14 @@ void TestExercises::menuItemsGreyed() {
     QStringList captions;
     for (QAction* a : w_->exerciseMenu()->optionexo()->actions())
         captions << (a->isSeparator() ? QStringLiteral("-") : a->objectName() + '=' + a->text());
-    QCOMPARE(captions, (QStringList{"PRISENMAIN=Prise en main", "-",
-                                    "openexo=Ouvrir un exercice (énoncé + configuration)",
-                                    "opencor=Voir la correction", "-",
-                                    "savetexte=Enregistrer le contenu de la fenêtre exercice",
-                                    "opentexte=Retrouver un texte",
-                                    "imprimetexte=Imprimer le contenu de la fenêtre exercice", "-",
-                                    "Closexo=Fermer l'exercice"}));
+    QCOMPARE(captions,
+             (QStringList{"PRISENMAIN=Prise en main", "-",
+                          "openexo=Ouvrir un exercice (énoncé + configuration)",
+                          "opencor=Voir la correction", "-",
+                          "savetexte=Enregistrer le contenu de la fenêtre exercice",
+                          "opentexte=Retrouver un texte",
+                          "imprimetexte=Imprimer le contenu de la fenêtre exercice", "-",
+                          "Closexo=Fermer l'exercice", "-", "CreerExercice=Créer un exercice…"}));
     w_->btexo_Click();
     QVERIFY(w_->exerciseMenu()->optionexo()->isVisible());
     // Just under the button (the screen may push it sideways).

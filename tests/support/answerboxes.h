@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QObject>
+#include <QPointer>
+#include <QPushButton>
+#include <QStringList>
+#include <QTimer>
+
+// Answers the message boxes that come up while it lives, in order, and records
+// "title|text" for each. Without answers left, a box gets its default button.
+class AnswerBoxes : public QObject {
+public:
+    explicit AnswerBoxes(QList<QMessageBox::StandardButton> answers = {})
+        : answers_(std::move(answers)) {
+        timer_.setInterval(0);
+        connect(&timer_, &QTimer::timeout, this, &AnswerBoxes::poll);
+        timer_.start();
+    }
+    QStringList seen;
+
+private:
+    void poll() {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box || box == last_)
+            return;
+        last_ = box;
+        seen << box->windowTitle() + QLatin1Char('|') + box->text();
+        QAbstractButton* button =
+            answers_.isEmpty() ? box->defaultButton() : box->button(answers_.takeFirst());
+        if (!button)
+            button = box->buttons().value(0);
+        button->click();
+    }
+    QList<QMessageBox::StandardButton> answers_;
+    QTimer timer_;
+    QPointer<QMessageBox> last_;
+};
