@@ -136,9 +136,10 @@ void Fichexo::buildControls() {
     text1_->setGeometry(260, 152, 292, 96);
     text1_->setReadOnly(true);
 
-    // Label3 is the caption's shadow, Label2 the caption itself.
-    label3_ = makeLabel(this, QStringLiteral("Label3"), QString(), {262, 258, 180, 22});
-    label3_->setStyleSheet(QStringLiteral("font-weight: bold; color: rgb(128,128,128);"));
+    // Label3 is the caption's shadow, Label2 the caption itself. A light shadow one pixel off
+    // lifts the caption; a dark one two pixels off smeared it.
+    label3_ = makeLabel(this, QStringLiteral("Label3"), QString(), {261, 257, 180, 22});
+    label3_->setStyleSheet(QStringLiteral("font-weight: bold; color: rgb(200,200,200);"));
     label2_ = makeLabel(this, QStringLiteral("Label2"), QString(), {260, 256, 180, 22});
     label2_->setStyleSheet(QStringLiteral("font-weight: bold; color: rgb(128,0,0);"));
 
