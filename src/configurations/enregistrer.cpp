@@ -7,7 +7,9 @@
 #include "platform/filelist.h"
 #include "platform/folderlists.h"
 #include "platform/messagebox.h"
+#include "platform/programfolder.h"
 
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
@@ -62,6 +64,10 @@ void enregistrer::buildControls() {
 
 void enregistrer::Form_Load() {
     placeBesideMainWindow(this, mainWindow_);
+    // Browsing the shipped exercises leaves the current folder in the installed, read-only
+    // program folder: a save could not land there.
+    if (!QFileInfo(dir1_->path()).isWritable())
+        dir1_->setPath(platform::documentsFolder());
     text1_->setText(configurations_.ConfigFilePath());
 }
 

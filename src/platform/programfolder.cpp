@@ -56,12 +56,14 @@ QString chooseStartingFolder(const QString& current, const QString& home, const 
     return ownFolder || documents.isEmpty() ? current : documents;
 }
 
+QString documentsFolder() {
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return !documents.isEmpty() && QDir().mkpath(documents) ? documents : QDir::homePath();
+}
+
 QString startingFolder(const QString& programFolder) {
     const QString current = QDir::currentPath();
-    QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    if (!documents.isEmpty() && !QDir().mkpath(documents))
-        documents = QDir::homePath();
-    return chooseStartingFolder(current, QDir::homePath(), documents, programFolder,
+    return chooseStartingFolder(current, QDir::homePath(), documentsFolder(), programFolder,
                                 QFileInfo(current).isWritable());
 }
 

@@ -22,8 +22,10 @@ QString writableFolder(const QString& programFolder);
 // A launch from a terminal in a folder of one's own keeps that folder.
 QString chooseStartingFolder(const QString& current, const QString& home, const QString& documents,
                              const QString& programFolder, bool currentWritable);
-// The same for this process and user; the documents folder is created when missing.
+// The same for this process and user.
 QString startingFolder(const QString& programFolder);
+// The user's documents folder, created when missing (the home folder when it cannot be).
+QString documentsFolder();
 
 // Appends the separator when missing.
 QString withTrailingSeparator(const QString& folder);

@@ -138,6 +138,7 @@ private slots:
     void saveDialogFileByteForByte();
     void doubleClickOverwritesAfterYes();
     void folderChangeKeepsBareName();
+    void saveDialogLeavesReadOnlyFolder();
     void failedSaveKeepsOldFile_data();
     void failedSaveKeepsOldFile();
     void openDialog_data();
@@ -476,6 +477,36 @@ void TestConfigurations::folderChangeKeepsBareName() {
     QCOMPARE(dialog.text1()->text(), QStringLiteral("essai.C10"));
     QVERIFY(dialog.dir1()->setPath(path(QStringLiteral("a/b"))));
     QCOMPARE(dialog.text1()->text(), QStringLiteral("essai.C10"));
+}
+
+// After browsing the installed exercises the current folder is read-only: the save dialog
+// shows the documents folder instead; a folder one can write into is kept.
+void TestConfigurations::saveDialogLeavesReadOnlyFolder() {
+    const QString locked = path(QStringLiteral("verrouille"));
+    QVERIFY(QDir().mkpath(locked));
+    QFile::setPermissions(locked, QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    QString readOnly = locked;
+    if (QFileInfo(locked).isWritable()) // the superuser writes anywhere
+        readOnly = QStringLiteral("/proc/1");
+    if (QFileInfo(readOnly).isWritable() || !QFileInfo(readOnly).isDir())
+        QSKIP("no read-only folder to start in");
+    const QByteArray home = qgetenv("HOME");
+    qputenv("HOME", path(QStringLiteral("prof")).toUtf8());
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(readOnly));
+    {
+        enregistrer dialog(*w_->configurations(), w_.get());
+        QCOMPARE(dialog.dir1()->path(), path(QStringLiteral("prof/Documents")));
+    }
+    QVERIFY(QDir::setCurrent(dir_->path()));
+    {
+        enregistrer dialog(*w_->configurations(), w_.get());
+        QCOMPARE(dialog.dir1()->path(), dir_->path());
+    }
+    QDir::setCurrent(before);
+    qputenv("HOME", home);
+    QFile::setPermissions(locked,
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
 }
 
 void TestConfigurations::failedSaveKeepsOldFile_data() {
