@@ -6,6 +6,7 @@
 #include "micro/micropanel.h"
 #include "platform/dirlist.h"
 #include "platform/filelist.h"
+#include "support/answerboxes.h"
 #include "support/mainwindowfixture.h"
 
 #include <QApplication>
@@ -51,35 +52,7 @@ const QString CannotWrite =
 const QByteArray Folder = "<folder>";   // a folder stands where the file should be
 const QByteArray Missing = "<missing>"; // nothing there
 
-// Answers the message boxes that come up, in order, and records "title|text" for each; with
-// no answer left, the box's default button is pressed.
-class Boxes : public QObject {
-public:
-    explicit Boxes(QList<QMessageBox::StandardButton> answers = {}) : answers_(std::move(answers)) {
-        timer_.setInterval(0);
-        connect(&timer_, &QTimer::timeout, this, &Boxes::poll);
-        timer_.start();
-    }
-    QStringList seen;
-    QList<QMessageBox::Icon> icons;
-
-private:
-    void poll() {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box || box == last_)
-            return;
-        last_ = box;
-        seen << box->windowTitle() + QLatin1Char('|') + box->text();
-        icons << box->icon();
-        QAbstractButton* button =
-            answers_.isEmpty() ? box->defaultButton() : box->button(answers_.takeFirst());
-        QVERIFY(button);
-        button->click();
-    }
-    QList<QMessageBox::StandardButton> answers_;
-    QTimer timer_;
-    QPointer<QMessageBox> last_;
-};
+using Boxes = AnswerBoxes;
 
 QByteArray record(const QByteArray& text) {
     QByteArray r(128, '\0');

@@ -20,6 +20,7 @@ public:
         timer_.start();
     }
     QStringList seen;
+    QList<QMessageBox::Icon> icons;
 
 private:
     void poll() {
@@ -28,6 +29,7 @@ private:
             return;
         last_ = box;
         seen << box->windowTitle() + QLatin1Char('|') + box->text();
+        icons << box->icon();
         QAbstractButton* button =
             answers_.isEmpty() ? box->defaultButton() : box->button(answers_.takeFirst());
         if (!button)
