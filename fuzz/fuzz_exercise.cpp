@@ -1,6 +1,7 @@
 // Exercise files (".E31", "tervox.PEM") arrive by e-mail and on USB sticks: any bytes read as
 // an exercise or as a failure, never a crash, and the file reader agrees with the same records
-// read from memory — what the browser's preview and the opener would show.
+// read from memory — what the browser's preview and the opener would show. What reads as an
+// exercise the authoring window could write, written again, reads back the same.
 #include "exercises/exercisefile.h"
 #include "fuzzcheck.h"
 #include "platform/recordfile.h"
@@ -33,7 +34,12 @@ bool expectedRecord(const QByteArray& bytes, int n, QString& out) {
     return text.has_value() || e == RecordFile::Error::MissingRecord;
 }
 
-void check(const QByteArray& bytes, ExerciseRecords which) {
+bool store(const QByteArray& bytes) {
+    QFile f(scratch());
+    return f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(bytes) == bytes.size();
+}
+
+exercises::ExerciseRead check(const QByteArray& bytes, ExerciseRecords which) {
     const exercises::ExerciseRead read = exercises::readExerciseFile(scratch(), which);
     const exercises::ExerciseFile& x = read.file;
     FUZZ_CHECK(x.level >= 0 && x.level <= 1000);
@@ -51,16 +57,16 @@ void check(const QByteArray& bytes, ExerciseRecords which) {
         ok = expectedRecord(bytes, n, records[n]);
     FUZZ_CHECK(read.ok == ok);
     if (!ok)
-        return;
+        return read;
     if (which == ExerciseRecords::Statement) {
         FUZZ_CHECK(x.statement == records[1].trimmed());
         FUZZ_CHECK(x.statementConfig == records[2].trimmed());
-        return;
+        return read;
     }
     FUZZ_CHECK(x.correction == records[3].trimmed());
     FUZZ_CHECK(x.correctionConfig == records[4].trimmed());
     if (which == ExerciseRecords::Correction)
-        return;
+        return read;
     FUZZ_CHECK(x.level == exercises::exerciseLevel(records[5]));
     QStringList topics;
     for (int n = 6; n <= 10; ++n)
@@ -68,6 +74,30 @@ void check(const QByteArray& bytes, ExerciseRecords which) {
             topics << records[n];
     FUZZ_CHECK(x.topics == topics);
     FUZZ_CHECK(x.title == records[11]);
+    return read;
+}
+
+// The exercise as read, written by the authoring code and read again.
+void rewrite(const exercises::ExerciseFile& read) {
+    const exercises::EncodedExercise encoded = exercises::encodeExercise(read);
+    FUZZ_CHECK(encoded.bytes.isEmpty() == (encoded.problem != exercises::EncodeProblem::None));
+    if (encoded.problem != exercises::EncodeProblem::None) {
+        FUZZ_CHECK(encoded.record >= 1 && encoded.record <= exercises::ExerciseRecordCount);
+        return;
+    }
+    FUZZ_CHECK(encoded.bytes.size() == exercises::ExerciseRecordCount * RecordFile::RecordLength);
+    if (!store(encoded.bytes))
+        return;
+    const auto statement = exercises::readExerciseFile(scratch(), ExerciseRecords::Statement);
+    const auto preview = exercises::readExerciseFile(scratch(), ExerciseRecords::Preview);
+    FUZZ_CHECK(statement.ok && preview.ok);
+    FUZZ_CHECK(statement.file.statement == read.statement);
+    FUZZ_CHECK(statement.file.statementConfig == read.statementConfig);
+    FUZZ_CHECK(preview.file.correction == read.correction);
+    FUZZ_CHECK(preview.file.correctionConfig == read.correctionConfig);
+    FUZZ_CHECK(preview.file.level == read.level);
+    FUZZ_CHECK(preview.file.topics == read.topics);
+    FUZZ_CHECK(preview.file.title == read.title);
 }
 
 } // namespace
@@ -77,13 +107,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size > 12 * RecordFile::RecordLength)
         return 0;
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-    {
-        QFile f(scratch());
-        if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(bytes) != bytes.size())
-            return 0;
-    }
-    check(bytes, ExerciseRecords::Statement);
+    if (!store(bytes))
+        return 0;
+    const exercises::ExerciseRead statement = check(bytes, ExerciseRecords::Statement);
     check(bytes, ExerciseRecords::Correction);
-    check(bytes, ExerciseRecords::Preview);
+    const exercises::ExerciseRead preview = check(bytes, ExerciseRecords::Preview);
+    if (statement.ok && preview.ok) {
+        exercises::ExerciseFile whole = preview.file;
+        whole.statement = statement.file.statement;
+        whole.statementConfig = statement.file.statementConfig;
+        rewrite(whole);
+    }
     return 0;
 }
