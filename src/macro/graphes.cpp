@@ -21,10 +21,13 @@
 #include <QPointer>
 #include <QPrinter>
 #include <QSaveFile>
+#include <QScreen>
 #include <QStandardPaths>
 #include <QTableWidget>
+#include <algorithm>
 #include <cmath>
 #include <exception>
+#include <limits>
 
 using macro::EnergyGraph;
 using platform::Canvas;
@@ -44,6 +47,7 @@ constexpr int HeaderHeight = 20;
 constexpr int RowHeight = 15;
 constexpr int BottomMargin = 10;
 constexpr int WindowWidth = PictureLeft + PictureWidth + 8;
+constexpr int BesideMargin = 16;
 // The table is centred under the plot square, not under the whole picture.
 constexpr int PlotCentre = (macro::PlotLeft + macro::PlotRight) / 2;
 // Label1 stands just below the x axis, Label2's right edge just left of the vertical axis.
@@ -320,18 +324,33 @@ void graphes::layoutTable() {
     grid_->setColumnWidth(0, widths[0]);
     grid_->setColumnWidth(1, widths[1]);
 
-    // Every row and both columns show: the grid is exactly as large as its cells.
+    // Every row and both columns show: the grid is exactly as large as its cells. Under the
+    // plot that makes a window about 790 pixels tall; where the screen is lower (a 768-pixel
+    // laptop, a projector at a large zoom) the table stands beside the plot instead, so that
+    // no row is out of sight.
     const int frame = grid_->frameWidth();
     const int w = widths[0] + widths[1] + 2 * frame;
     const int h = rows * RowHeight + 2 * frame;
-    const int left = PictureLeft + PlotCentre - w / 2;
-    const int top = PictureTop + PictureHeight + HeaderGap + HeaderHeight;
+    int left = PictureLeft + PlotCentre - w / 2;
+    int top = PictureTop + PictureHeight + HeaderGap + HeaderHeight;
+    if (top + h + BottomMargin > availableHeight()) {
+        left = WindowWidth;
+        top = PictureTop + HeaderHeight;
+    }
     grid_->setGeometry(left, top, w, h);
     picture2_->setGeometry(left, top - HeaderHeight, w, HeaderHeight);
 
-    const int height = top + h + BottomMargin;
-    setMinimumSize(WindowWidth, height);
-    resize(std::max(width(), WindowWidth), height);
+    const int height = std::max(top + h, PictureTop + PictureHeight) + BottomMargin;
+    const int width = std::max(WindowWidth, left + w + BesideMargin);
+    setMinimumSize(width, height);
+    resize(width, height);
+}
+
+int graphes::availableHeight() const {
+    if (availableHeight_ > 0)
+        return availableHeight_;
+    const QScreen* s = screen();
+    return s ? s->availableGeometry().height() : std::numeric_limits<int>::max();
 }
 
 void graphes::drawPlot(Canvas& c) const {

@@ -38,6 +38,8 @@ public:
     QMenu* tableMenu() const { return tableMenu_; }
     // The printer the print button sends the plot to; the system's default one when unset.
     void setPrinter(QPrinter* printer) { printer_ = printer; }
+    // The screen height the window must fit in (tests); the window's screen's by default.
+    void setAvailableHeight(int pixels) { availableHeight_ = pixels; }
     // The graph of the last tracegraphe (nothing before the first).
     const macro::EnergyGraph* graph() const { return graph_.get(); }
 
@@ -71,6 +73,7 @@ protected:
 private:
     void buildControls();
     void layoutTable();
+    int availableHeight() const;
     void paintHeader(platform::Canvas& c);
     void paintTitle(platform::Canvas& c);
     void printPlot();
@@ -88,4 +91,5 @@ private:
     QPrinter* printer_ = nullptr;
     bool drawnOnShow_ = false;
     bool activatedOnce_ = false;
+    int availableHeight_ = 0;
 };

@@ -109,8 +109,9 @@ void plotLine(QPainter& p, QPoint a, QPoint b, const QColor& color, bool scaled)
     }
     if (scaled) {
         // On a finer device the slanted line is drawn as a line one surface pixel wide, through
-        // the pixel centres, rather than as a staircase of enlarged dots.
-        p.setPen(QPen(color, 1, Qt::SolidLine, Qt::FlatCap));
+        // the pixel centres, rather than as a staircase of enlarged dots. Square ends cover the
+        // end pixels whole: with flat ones, a curve made of one-pixel steps showed gaps.
+        p.setPen(QPen(color, 1, Qt::SolidLine, Qt::SquareCap));
         p.drawLine(QPointF(a) + QPointF(0.5, 0.5), QPointF(b) + QPointF(0.5, 0.5));
         return;
     }

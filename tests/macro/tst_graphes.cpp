@@ -86,6 +86,8 @@ private slots:
     void plot();
     void table_data();
     void table();
+    void shortScreen_data();
+    void shortScreen();
     void cursorReadout();
     void titleStrip();
     void printedPlot();
@@ -175,6 +177,40 @@ void TestGraphes::table() {
     QVERIFY(inkCount(header, QRect(0, 0, t->columnWidth(0), header.height())) > 30);
     QVERIFY(inkCount(header,
                      QRect(t->columnWidth(0) + 2, 0, t->columnWidth(1) - 2, header.height())) > 30);
+}
+
+void TestGraphes::shortScreen_data() {
+    QTest::addColumn<int>("available");
+    QTest::addColumn<bool>("beside");
+    QTest::newRow("tall enough: under the plot") << 800 << false;
+    QTest::newRow("768-pixel laptop: beside") << 768 << true;
+    QTest::newRow("1080 at 150 %: beside") << 720 << true;
+    QTest::newRow("1080 at 200 %: beside") << 540 << true;
+}
+
+// A screen too low for the table under the plot gets it beside the plot, whole.
+void TestGraphes::shortScreen() {
+    QFETCH(int, available);
+    QFETCH(bool, beside);
+    graphes g(balance(1, 1.0f, 2.0f, true));
+    g.setAvailableHeight(available);
+    g.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&g));
+    const QTableWidget* t = g.grid();
+    QCOMPARE(t->rowCount(), 21);
+    QVERIFY(g.height() <= available);
+    QVERIFY(g.rect().contains(t->geometry()));
+    QCOMPARE(t->verticalScrollBar()->maximum(), 0);
+    QCOMPARE(g.picture2()->geometry().bottom() + 1, t->y());
+    QCOMPARE(g.picture1()->geometry(), QRect(96, 38, 480, 400));
+    if (beside) {
+        QVERIFY(t->x() > g.picture1()->geometry().right());
+        QCOMPARE(t->y() - g.picture2()->height(), g.picture1()->y());
+    } else {
+        QVERIFY(t->y() > g.picture1()->geometry().bottom());
+        QCOMPARE(g.width(), 584);
+    }
+    QCOMPARE(g.picture3()->width(), g.width());
 }
 
 void TestGraphes::cursorReadout() {
