@@ -185,6 +185,7 @@ int main(int argc, char* argv[]) {
             window.close();
         });
     }
+    QObject::connect(&window, &feuilleP::firstPainted, &window, [] { setApplicationIcon(); });
     window.show();
     return QApplication::exec();
 }

@@ -8,10 +8,13 @@
 #include <QLocale>
 #include <QTranslator>
 
+void setApplicationIcon() {
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/thermivo.svg")));
+}
+
 void setUpApplication(QApplication& app) {
     QApplication::setApplicationName(QStringLiteral("Thermivo"));
     QGuiApplication::setDesktopFileName(QStringLiteral("thermivo"));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/thermivo.svg")));
     QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
     auto* qtTranslator = new QTranslator(&app);
     if (qtTranslator->load(QLocale(QLocale::French), QStringLiteral("qtbase"), QStringLiteral("_"),
