@@ -4,9 +4,9 @@
 #include "platform/surface.h"
 #include "platform/zoom.h"
 
+#include <QAbstractItemView>
 #include <QButtonGroup>
 #include <QCheckBox>
-#include <QAbstractItemView>
 #include <QComboBox>
 #include <QLabel>
 #include <QRadioButton>

@@ -62,6 +62,15 @@ Zoom& Zoom::instance() {
     return zoom;
 }
 
+Zoom::Zoom() {
+    // A projector plugged in during the lesson takes the zoom in force.
+    if (auto* app = qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
+        connect(app, &QGuiApplication::screenAdded, this, [this](QScreen* screen) {
+            if (percent_ != ZoomSteps.front())
+                QHighDpiScaling::setScreenFactor(screen, percent_ / 100.0);
+        });
+}
+
 void Zoom::apply(int percent) {
     if (!validZoom(percent) || percent == percent_)
         return;

@@ -42,7 +42,7 @@ signals:
     void changed(int percent);
 
 private:
-    Zoom() = default;
+    Zoom();
     int percent_ = 100;
 };
 
