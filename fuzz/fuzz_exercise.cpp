@@ -9,7 +9,6 @@
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <cstdint>
 
 using exercises::ExerciseRecords;
@@ -17,12 +16,8 @@ using platform::RecordFile;
 
 namespace {
 
-// Memory-backed scratch space when the system has it: the reader opens the file once a record.
 const QString& scratch() {
-    static QTemporaryDir dir((QDir(QStringLiteral("/dev/shm")).exists() ? QStringLiteral("/dev/shm")
-                                                                        : QDir::tempPath()) +
-                             QStringLiteral("/thermivo-fuzz-XXXXXX"));
-    static const QString path = dir.path() + QStringLiteral("/f.E31");
+    static const QString path = scratchFile(QStringLiteral("f.E31"));
     return path;
 }
 

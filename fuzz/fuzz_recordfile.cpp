@@ -6,7 +6,6 @@
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <cstdint>
 
 using platform::RecordFile;
@@ -26,12 +25,8 @@ bool known(RecordFile::Error e) {
     return false;
 }
 
-// Memory-backed scratch space when the system has it: every call opens the file anew.
 const QString& scratch() {
-    static QTemporaryDir dir((QDir(QStringLiteral("/dev/shm")).exists() ? QStringLiteral("/dev/shm")
-                                                                        : QDir::tempPath()) +
-                             QStringLiteral("/thermivo-fuzz-XXXXXX"));
-    static const QString path = dir.path() + QStringLiteral("/f.rec");
+    static const QString path = scratchFile(QStringLiteral("f.rec"));
     return path;
 }
 } // namespace

@@ -3,6 +3,7 @@
 #include "calculator/machine.h"
 #include "macro/description.h"
 #include "platform/canvas.h"
+#include "platform/imagebutton.h"
 #include "platform/messagebox.h"
 #include "platform/printer.h"
 #include "platform/surface.h"
@@ -100,15 +101,8 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter p(this);
-        p.setRenderHint(QPainter::Antialiasing, true);
-        const QRectF r = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-        QLinearGradient g(r.topLeft(), r.bottomLeft());
         const bool down = isDown();
-        g.setColorAt(0, down ? QColor(200, 195, 190) : QColor(252, 250, 246));
-        g.setColorAt(1, down ? QColor(235, 230, 225) : QColor(214, 208, 200));
-        p.setPen(QColor(128, 128, 128));
-        p.setBrush(g);
-        p.drawRoundedRect(r, 3, 3);
+        platform::drawButtonFace(p, rect(), down);
 
         const QColor ink = isEnabled() ? QColor(0, 70, 160) : QColor(150, 150, 150);
         const double cx = width() / 2.0 + (down ? 1 : 0);

@@ -16,17 +16,21 @@ ImageButton::ImageButton(Glyph glyph, const QString& name, const QString& toolTi
     resize(sizeHint());
 }
 
-void ImageButton::paintEvent(QPaintEvent*) {
-    QPainter p(this);
+void drawButtonFace(QPainter& p, const QRect& rect, bool down) {
     p.setRenderHint(QPainter::Antialiasing, true);
-    const QRectF r = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    const QRectF r = QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5);
     QLinearGradient g(r.topLeft(), r.bottomLeft());
-    const bool down = isDown();
     g.setColorAt(0, down ? QColor(200, 195, 190) : QColor(252, 250, 246));
     g.setColorAt(1, down ? QColor(235, 230, 225) : QColor(214, 208, 200));
     p.setPen(QColor(128, 128, 128));
     p.setBrush(g);
     p.drawRoundedRect(r, 3, 3);
+}
+
+void ImageButton::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    const bool down = isDown();
+    drawButtonFace(p, rect(), down);
 
     const QColor ink = isEnabled() ? QColor(0, 70, 160) : QColor(150, 150, 150);
     p.setPen(Qt::NoPen);

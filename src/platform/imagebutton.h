@@ -28,6 +28,10 @@ private:
     Glyph glyph_;
 };
 
+// The raised face every picture button of the program shares, pressed in when `down`. Leaves
+// the painter anti-aliased for the glyph drawn over it.
+void drawButtonFace(QPainter& painter, const QRect& r, bool down);
+
 // The keyboard focus frame of the program's own controls: a dotted rectangle inside `r`.
 void drawFocusFrame(QPainter& painter, const QRect& r);
 

@@ -4,6 +4,7 @@
 #include "macro/macropanel.h"
 #include "platform/surface.h"
 #include "support/pdfpages.h"
+#include "support/pixelprobes.h"
 #include "support/standinwindow.h"
 
 #include <QAbstractButton>
@@ -51,13 +52,7 @@ void checkPixels(const QImage& img, const QString& probes) {
                                       {'g', QColor(192, 192, 192)},
                                       {'k', QColor(0, 0, 0)},
                                       {'b', QColor(0, 0, 255)}};
-    const QStringList parts = probes.split(QLatin1Char(' '));
-    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
-        const QStringList xy = parts[i].split(QLatin1Char(','));
-        const QColor got = img.pixelColor(xy[0].toInt(), xy[1].toInt());
-        QVERIFY2(got == colours.value(parts[i + 1].at(0)),
-                 qPrintable(parts[i] + QStringLiteral(" is ") + got.name()));
-    }
+    checkProbes(img, probes, colours);
 }
 
 // Dark pixels: the ink of the texts.

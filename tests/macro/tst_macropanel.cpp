@@ -2,6 +2,7 @@
 #include "macro/macropanel.h"
 #include "mainwindow/context.h"
 #include "platform/surface.h"
+#include "support/pixelprobes.h"
 #include "support/standinwindow.h"
 
 #include <QAction>
@@ -56,13 +57,7 @@ void checkPixels(const QImage& img, const QString& probes) {
                                       {'g', QColor(192, 192, 192)}, {'G', QColor(128, 128, 128)},
                                       {'d', QColor(200, 0, 0)},     {'o', QColor(255, 115, 60)},
                                       {'p', QColor(255, 245, 190)}, {'B', QColor(240, 235, 230)}};
-    const QStringList parts = probes.split(QLatin1Char(' '));
-    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
-        const QStringList xy = parts[i].split(QLatin1Char(','));
-        const QColor got = img.pixelColor(xy[0].toInt(), xy[1].toInt());
-        QVERIFY2(got == colours.value(parts[i + 1].at(0)),
-                 qPrintable(parts[i] + QStringLiteral(" is ") + got.name()));
-    }
+    checkProbes(img, probes, colours);
 }
 
 // Dark pixels, the ink of the table's texts.

@@ -5,6 +5,7 @@
 #include "micro/micropanel.h"
 #include "platform/canvas.h"
 #include "platform/surface.h"
+#include "support/answerboxes.h"
 #include "support/mainwindowfixture.h"
 
 #include <QAction>
@@ -32,16 +33,6 @@ namespace {
 
 const QString CopyMessage = QStringLiteral(
     "L'image est copiée : vous pouvez la retrouver depuis toute application Windows (coller)");
-
-// Runs `answer` on the first modal window once it is open.
-void whenModal(std::function<void(QWidget*)> answer) {
-    QTimer::singleShot(0, [answer] {
-        if (QWidget* w = QApplication::activeModalWidget())
-            answer(w);
-        else
-            whenModal(answer);
-    });
-}
 
 } // namespace
 

@@ -4,6 +4,7 @@
 #include "micro/micropanel.h"
 #include "platform/imagebutton.h"
 #include "platform/surface.h"
+#include "support/answerboxes.h"
 #include "support/mainwindowfixture.h"
 
 #include <QApplication>
@@ -17,19 +18,6 @@
 #include <QTimer>
 #include <functional>
 #include <memory>
-
-namespace {
-
-void whenModal(std::function<void(QWidget*)> answer) {
-    QTimer::singleShot(0, [answer] {
-        if (QWidget* w = QApplication::activeModalWidget())
-            answer(w);
-        else
-            whenModal(answer);
-    });
-}
-
-} // namespace
 
 class TestKeyboard : public QObject {
     Q_OBJECT

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QStringList>
 #include <QTimer>
+#include <functional>
 
 // Answers the message boxes that come up while it lives, in order, and records
 // "title|text" for each. Without answers left, a box gets its default button.
@@ -40,3 +41,13 @@ private:
     QTimer timer_;
     QPointer<QMessageBox> last_;
 };
+
+// Runs `answer` on the first modal window once it is open.
+inline void whenModal(std::function<void(QWidget*)> answer) {
+    QTimer::singleShot(0, [answer] {
+        if (QWidget* w = QApplication::activeModalWidget())
+            answer(w);
+        else
+            whenModal(answer);
+    });
+}
