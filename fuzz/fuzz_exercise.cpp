@@ -7,7 +7,6 @@
 #include "platform/recordfile.h"
 
 #include <QByteArray>
-#include <QDir>
 #include <QFile>
 #include <cstdint>
 

@@ -64,7 +64,8 @@ int inkCount(const QImage& img, const QRect& r) {
     return n;
 }
 
-// Runs `answer` on the next modal window as soon as it opens.
+// Runs `answer` on the modal window open at the next turn of the event loop, if any. Unlike the
+// shared helper it does not wait for one, so a test can also check that none opens.
 void whenModal(std::function<void(QWidget*)> answer) {
     QTimer::singleShot(0, [answer] {
         if (QWidget* w = QApplication::activeModalWidget())
